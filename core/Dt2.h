@@ -1,0 +1,200 @@
+#pragma once
+
+#include "Bbox2.h"
+#include "Point2.h"
+#include "Triangle2.h"
+#include "core/CoordinateSet.h"
+#include "core/HC2.h"
+#include "core/SimplePool.h"
+#include "core/VertexVault.h"
+#include "predicates/PredicateTest.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace ZELK_QUOR2D
+{
+
+/// The triangulation behind Quor_2D: owns vertices and triangles and changes them.
+///
+/// The methods live with their subject: Dt2.cpp (life and simple queries), Dt2Locate.cpp, Dt2Insert.cpp,
+/// Dt2Bootstrap.cpp, Dt2Output.cpp.
+class Dt2
+{
+public:
+    // ---- lifecycle (Dt2.cpp)
+
+    /// @param numExpectedVertices  capacity hint of the pools, any value
+    explicit Dt2(unsigned int numExpectedVertices);
+    ~Dt2();
+    Dt2(const Dt2&) = delete;
+    Dt2& operator=(const Dt2&) = delete;
+
+    void setName(const std::string& newName);
+    std::string getName() const { return name; }
+
+    /// Deliberate: stores a flag that nothing reads; every operation stays single-threaded.
+    void enableMultithreading() { bMultithreading = true; }
+
+    // ---- points (Dt2Insert.cpp)
+
+    Point2* insert(const Point2& p);
+    void insert(const std::vector<Point2>& vInputPoints);
+    void insert(const std::vector<Point2>& vInputPoints, std::vector<Point2*>& vHandles);
+    void insert(int numPoints, double* aCoordinates, Point2** aHandles);
+
+    // ---- queries (Dt2.cpp, Dt2Locate.cpp)
+
+    Triangle2* locate(const Point2& p);
+    unsigned int numberOfPoints() const;
+    unsigned int numberOfTriangles() const;
+    void getVertexPointers(std::vector<Point2*>& vVertices) const;
+    void getTrianglePointers(std::vector<Triangle2*>& vTriangles) const;
+    bool is2D() const { return fullDimensional; }
+    Bbox2 computeBoundingBox() const;
+    Triangle2* getAdjacentTriangle(Point2* p0, Point2* p1) const;
+
+    // ---- output (Dt2Output.cpp)
+
+    void show(const std::string& filename) const;
+    void writeObj(const std::string& filename) const;
+
+    // ---- internal operations that other parts of the library build on
+
+    /// Result of walkToTriangle() besides 0, 1, 2 (beyond, or on, the hull edge of that index).
+    enum WalkState { WALK_INSIDE = -1, WALK_ON_CORNER = 4 };
+
+    /// Visibility walk to the triangle that contains p (Devillers, Pion, Teillaud 2002).
+    ///
+    /// @param pT  in: start; out: the triangle where the walk ended
+    /// @return WALK_INSIDE, WALK_ON_CORNER, or the index of the hull edge of pT that p lies beyond; a point on a hull
+    ///         edge, strictly between its ends, gives that edge, too
+    int walkToTriangle(const Point2* p, Triangle2*& pT);
+
+    /// Inserts the vertex *pHandle, walking from pStart. For a duplicate the handle is overwritten with the existing
+    /// vertex. @return a triangle incident to the vertex
+    Triangle2* insertIntoTriangle(Point2** pHandle, Triangle2* pStart);
+
+    /// Inserts a point of finite coordinates into a triangulation that has triangles, walking from pStart.
+    /// The vault gets an entry but is not sorted. @return the new vertex, or the one that stands there
+    Point2* insertFrom(const Point2& p, Triangle2* pStart) { return insertFrom(p, pStart, hilbertCurve.getIndex(p)); }
+    Point2* insertFrom(const Point2& p, Triangle2* pStart, std::uint32_t key);
+
+    /// A new vertex with an entry in the vault, not yet part of the mesh.
+    Point2* newVertex(double x, double y);
+
+    /// Inserts a vertex whose place the walk has found.
+    Triangle2* insertVertex(Point2** pHandle, Triangle2* pT, int intState);
+    Triangle2* insertOutsideHull(Point2* pVtx, Triangle2* pT, int ith);
+
+    /// Restores the empty circles around the newest vertex, see Dt2Insert.cpp.
+    void legalize();
+
+    /// A triangle with these corners, recycled if possible. A clockwise order is reported and ends the process.
+    Triangle2* createTriangle(Point2* pA, Point2* pB, Point2* pC);
+
+    /// Puts a triangle on the stack for recycling. Its corners become null, so nobody takes it for a live one.
+    void discardTriangle(Triangle2* pT);
+
+    /// Flips the edge opposite corner ith of pT. Afterwards that corner is corner 0 of both triangles.
+    void flipEdge(Triangle2* pT, int ith);
+
+    /// A triangle near p from which a walk is short. The triangulation has triangles.
+    ///
+    /// @param key  the Hilbert key of p
+    Triangle2* findStartTriangle(const Point2& p, std::uint32_t key);
+
+    bool hasTriangles() const { return numLiveTriangles() > 0; }
+    std::size_t numLiveTriangles() const { return trianglePool.numberOfElements() - vDeadTriangles.size(); }
+
+    /// Calls visit(Triangle2*) for every live triangle.
+    template <class Visitor>
+    void forEachTriangle(Visitor visit) const
+    {
+        trianglePool.forEach([&visit](Triangle2* pT) {
+            if (pT->getCorner(0))
+                visit(pT);
+        });
+    }
+
+private:
+    HC2 hilbertCurve;
+
+public:
+    VertexVault vertexVault;
+
+private:
+    bool& fullDimensional; // the vault's flag
+
+public:
+    PredicateTest predicates;
+
+private:
+    // ---- insertion
+    struct HullEdge {
+        Triangle2* pT;
+        int ith;
+    };
+    struct HullNeighbors {
+        Point2* pNext;
+        Point2* pPrev;
+    };
+    template <class Source>
+    void insertBatch(std::size_t numPoints, const Source& source, Point2** aHandles);
+    template <class Source>
+    std::size_t addToBoxes(std::size_t numPoints, const Source& source);
+    template <class Source>
+    void insertBatchWhileCollecting(std::size_t numPoints, const Source& source, Point2** aHandles);
+    void insertRange(std::size_t first, std::size_t last, Triangle2* pStart);
+    void insertSparse(std::size_t first, std::size_t last);
+    Triangle2* insertEntry(std::size_t index, Triangle2* pStart);
+    Triangle2* splitTriangle(Point2* pVtx, Triangle2* pT);
+    Triangle2* takeTriangle(Point2* pA, Point2* pB, Point2* pC);
+    void collectVisibleHullEdges(const Point2* pVtx, Triangle2* pT, int ith);
+    bool findNextVisibleHullEdge(const Point2* pVtx, HullEdge& edge);
+    bool findPrevVisibleHullEdge(const Point2* pVtx, HullEdge& edge);
+    void updateHullNeighbors(Point2* pVtx);
+
+    // ---- growing box and bootstrap
+    void growBoxes(const Point2& p);
+    void rebuildOrderingIfLeft(const Point2& minPoint, const Point2& maxPoint);
+    void rebuildOrdering();
+    void startCollecting();
+    Point2* collect(const Point2& p);
+    void noteCollected(Point2* pVtx);
+    void stopCollecting();
+    void makeFullDimensional(bool bOrdered);
+
+    // ---- location
+    int testHullLine(const Point2* p, const Triangle2* pT, int ith);
+    int searchExhaustively(const Point2* p, Triangle2*& pT);
+
+    Bbox2 bbox;     // of all points ever inserted
+    Bbox2 curveBox; // a doubled copy of bbox as it was when the curve was made; knows the predicates
+    SimplePool<Triangle2> trianglePool;
+    SimplePool<Point2> vertexPool;
+    std::vector<Triangle2*> vDeadTriangles;
+    std::vector<Triangle2*> vFlipCurrent; // members: their capacity survives from insertion to insertion
+    std::vector<Triangle2*> vFlipNext;
+    std::vector<HullEdge> vVisibleHullEdges; // counterclockwise
+    Point2* pLastInserted = nullptr;
+
+    // Hull neighbours of the few hull vertices whose fan of triangles is long, so that not every insertion beyond the
+    // hull turns around them. Empty for ordinary input.
+    std::unordered_map<const Point2*, HullNeighbors> mLongFans;
+
+    // While there are no triangles: the vertices by place, and two different ones of them.
+    CoordinateSet sCollected;
+    bool bCollectorReady = false;
+    Point2* pCollected0 = nullptr;
+    Point2* pCollected1 = nullptr;
+    Point2* pOffLine = nullptr; // not collinear with these two
+
+    bool bMultithreading = false;
+    std::string name;
+};
+
+} // namespace ZELK_QUOR2D

@@ -1,0 +1,129 @@
+#include "Quor_2D.h"
+
+#include "core/Dt2.h"
+
+#include <cstdlib>
+#include <iostream>
+#include <new>
+
+namespace ZELK_QUOR2D
+{
+
+namespace
+{
+
+// Nothing is thrown across the interface. Memory may run out in the middle of a change, so there is no way back.
+template <class Operation>
+auto guarded(Operation operation) noexcept -> decltype(operation())
+{
+    try {
+        return operation();
+    } catch (const std::bad_alloc&) {
+        std::cout << "SimplePool::alloc(..), ERROR: Out of memory, sorry" << std::endl;
+        std::exit(1);
+    }
+}
+
+} // namespace
+
+Quor_2D::Quor_2D(unsigned int numExpectedVertices)
+{
+    initQuor(numExpectedVertices);
+}
+
+Quor_2D::~Quor_2D()
+{
+    delete pDt2;
+}
+
+void Quor_2D::initQuor(unsigned int numExpectedVertices)
+{
+    guarded([&] { pDt2 = new Dt2(numExpectedVertices); });
+}
+
+void Quor_2D::setName(const std::string& name)
+{
+    guarded([&] { pDt2->setName(name); });
+}
+
+std::string Quor_2D::getName() const
+{
+    return guarded([&] { return pDt2->getName(); });
+}
+
+void Quor_2D::enableMultithreading()
+{
+    pDt2->enableMultithreading();
+}
+
+Point2* Quor_2D::insert(const Point2& p)
+{
+    return guarded([&] { return pDt2->insert(p); });
+}
+
+void Quor_2D::insert(const std::vector<Point2>& vInputPoints)
+{
+    guarded([&] { pDt2->insert(vInputPoints); });
+}
+
+void Quor_2D::insert(const std::vector<Point2>& vInputPoints, std::vector<Point2*>& vHandles)
+{
+    guarded([&] { pDt2->insert(vInputPoints, vHandles); });
+}
+
+void Quor_2D::insert(int numPoints, double* aCoordinates, Point2** aHandles)
+{
+    guarded([&] { pDt2->insert(numPoints, aCoordinates, aHandles); });
+}
+
+Triangle2* Quor_2D::locate(const Point2& p)
+{
+    return guarded([&] { return pDt2->locate(p); });
+}
+
+unsigned int Quor_2D::numberOfPoints() const
+{
+    return pDt2->numberOfPoints();
+}
+
+unsigned int Quor_2D::numberOfTriangles() const
+{
+    return pDt2->numberOfTriangles();
+}
+
+void Quor_2D::getVertexPointers(std::vector<Point2*>& vVertices) const
+{
+    guarded([&] { pDt2->getVertexPointers(vVertices); });
+}
+
+void Quor_2D::getTrianglePointers(std::vector<Triangle2*>& vTriangles) const
+{
+    guarded([&] { pDt2->getTrianglePointers(vTriangles); });
+}
+
+bool Quor_2D::is2D() const
+{
+    return pDt2->is2D();
+}
+
+Bbox2 Quor_2D::computeBoundingBox() const
+{
+    return guarded([&] { return pDt2->computeBoundingBox(); });
+}
+
+Triangle2* Quor_2D::getAdjacentTriangle(Point2* p0, Point2* p1) const
+{
+    return pDt2->getAdjacentTriangle(p0, p1);
+}
+
+void Quor_2D::show(const std::string& filename) const
+{
+    guarded([&] { pDt2->show(filename); });
+}
+
+void Quor_2D::writeObj(const std::string& filename) const
+{
+    guarded([&] { pDt2->writeObj(filename); });
+}
+
+} // namespace ZELK_QUOR2D

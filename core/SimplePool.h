@@ -1,0 +1,132 @@
+#pragma once
+
+#include "Quor2DAssert.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <functional>
+#include <iostream>
+#include <vector>
+
+namespace ZELK_QUOR2D
+{
+
+/// Hands out storage for elements that never move and are released together with the pool.
+///
+/// Blocks grow geometrically up to about 100 MB. The first growth deliberately halves the block size, so that a
+/// capacity hint that was too small does not double the memory at once.
+template <class T>
+class SimplePool
+{
+public:
+    static constexpr int kMaximumBlock = static_cast<int>(100000000 / sizeof(T));
+
+    SimplePool() = default;
+    ~SimplePool()
+    {
+        for (T* pBlock : vBlocks)
+            std::free(pBlock);
+    }
+    SimplePool(const SimplePool&) = delete;
+    SimplePool& operator=(const SimplePool&) = delete;
+
+    /// Allocates the first block. Once per pool.
+    ///
+    /// @param numFirst   elements of the first block, clamped to [1, kMaximumBlock]
+    /// @param numGrowth  elements of every later block; negative chooses by the growth rule
+    void init(int numFirst, int numGrowth)
+    {
+        if (initialized)
+            fail("SimplePool::init(..), ERROR: This pool is already initialized");
+        firstSize = std::clamp(numFirst, 1, kMaximumBlock);
+        growthArgument = numGrowth;
+        addBlock(firstSize);
+        initialized = true;
+    }
+
+    /// @return storage for one element, not initialised
+    T* alloc()
+    {
+        QUOR2D_ASSERT(initialized, "initialized");
+        if (++currentIndex >= currentCapacity) {
+            addBlock(growthArgument);
+            ++currentIndex;
+        }
+        return pCurrent + currentIndex;
+    }
+
+    /// The element counts of all blocks, in order.
+    const std::vector<int>& getSizes() const { return vSizes; }
+
+    /// The number of elements handed out so far.
+    std::size_t numberOfElements() const { return fullBlocks + static_cast<std::size_t>(currentIndex + 1); }
+
+    /// Whether `p` is the address of an element that was handed out. One comparison per block.
+    bool contains(const T* p) const
+    {
+        const std::less<const T*> before;
+        for (std::size_t b = 0; b < vBlocks.size(); ++b) {
+            const int used = usedElements(b);
+            if (before(p, vBlocks[b]) || !before(p, vBlocks[b] + used))
+                continue;
+            const auto offset = reinterpret_cast<std::uintptr_t>(p) - reinterpret_cast<std::uintptr_t>(vBlocks[b]);
+            return offset % sizeof(T) == 0;
+        }
+        return false;
+    }
+
+    /// Calls `visit(T*)` for every element handed out, in the order of handing out.
+    template <class Visitor>
+    void forEach(Visitor visit) const
+    {
+        for (std::size_t b = 0; b < vBlocks.size(); ++b)
+            for (T *p = vBlocks[b], *pEnd = p + usedElements(b); p != pEnd; ++p)
+                visit(p);
+    }
+
+private:
+    [[noreturn]] static void fail(const char* text)
+    {
+        std::cout << text << std::endl;
+        std::exit(1);
+    }
+
+    int usedElements(std::size_t block) const { return block + 1 == vBlocks.size() ? currentIndex + 1 : vSizes[block]; }
+
+    int chooseBlockSize() const
+    {
+        QUOR2D_ASSERT(!vSizes.empty(), "!vSizes.empty()");
+        QUOR2D_ASSERT(vSizes.back() > 0, "vSizes.back()>0");
+        if (vSizes.size() == 1)
+            return std::max(firstSize / 2, 1);
+        return static_cast<int>(std::min<std::int64_t>(2 * static_cast<std::int64_t>(vSizes.back()), kMaximumBlock));
+    }
+
+    void addBlock(int requestedSize)
+    {
+        const int size = requestedSize < 0 ? chooseBlockSize() : requestedSize;
+        T* pBlock = static_cast<T*>(std::malloc(static_cast<std::size_t>(size) * sizeof(T)));
+        if (!pBlock)
+            fail("SimplePool::alloc(..), ERROR: Out of memory, sorry");
+        fullBlocks += static_cast<std::size_t>(currentCapacity);
+        vBlocks.push_back(pBlock);
+        vSizes.push_back(size);
+        pCurrent = pBlock;
+        currentCapacity = size;
+        currentIndex = -1;
+    }
+
+    std::vector<T*> vBlocks;
+    std::vector<int> vSizes;
+    T* pCurrent = nullptr;
+    int currentIndex = -1; // of the last element handed out in the current block
+    int currentCapacity = 0;
+    std::size_t fullBlocks = 0; // elements of all blocks before the current one
+    int firstSize = 0;
+    int growthArgument = -1;
+    bool initialized = false;
+};
+
+} // namespace ZELK_QUOR2D

@@ -1,0 +1,124 @@
+#pragma once
+
+#include "AcceptExperimentalFeature.h"
+#include "Bbox2.h"
+#include "Circle2.h"
+#include "Color.h"
+#include "FileOutput.h"
+#include "Label.h"
+#include "Point2.h"
+#include "Quor2DExport.h"
+#include "Segment2.h"
+#include "Timer.h"
+#include "Triangle2.h"
+#include "TriangleAroundVertexIterator.h"
+#include "Vector2.h"
+#include "Version.h"
+#include "Visualizer2.h"
+
+#include <string>
+#include <vector>
+
+namespace ZELK_QUOR2D
+{
+
+class Dt2;
+
+/// A two-dimensional Delaunay triangulation.
+///
+/// Coordinates are doubles of any finite magnitude; every topological decision is exact. Points with equal coordinates
+/// are one vertex (-0.0 equals 0.0). While all points are collinear there are no triangles; from the first three that
+/// are not, every point is part of the mesh.
+///
+/// Vertices and triangles belong to the triangulation and keep their addresses until it is destroyed. Problems are
+/// reported on standard output and lead to a neutral result; nothing is thrown. One triangulation is for one thread at
+/// a time, separate ones are independent.
+class QUOR2D_API Quor_2D
+{
+public:
+    // ---- lifecycle
+
+    /// @param numExpectedVertices  sizes the first memory blocks; any number of points may follow
+    explicit Quor_2D(unsigned int numExpectedVertices = 3);
+
+    /// Releases every vertex and triangle.
+    ~Quor_2D();
+
+    Quor_2D(const Quor_2D&) = delete;
+    Quor_2D& operator=(const Quor_2D&) = delete;
+
+    /// A name for reports; empty at first.
+    void setName(const std::string& name);
+    std::string getName() const;
+
+    /// For compatibility of the interface: changes nothing.
+    void enableMultithreading();
+
+    // ---- points
+
+    /// Inserts one point (incremental insertion with edge flips, Lawson 1977). The vertex carries the point's custom
+    /// index. Expected time: a walk of a few triangles plus a constant number of flips.
+    ///
+    /// @return the new vertex, or the one that stands at the same coordinates; null for a non-finite coordinate,
+    ///         which is reported and changes nothing
+    Point2* insert(const Point2& p);
+
+    /// Inserts many points, ordered along a Hilbert curve: much faster than one by one, near-linear time. Points with
+    /// a non-finite coordinate are left out and reported, once per call.
+    void insert(const std::vector<Point2>& vInputPoints);
+
+    /// @param vHandles  replaced: one vertex for each input point, in input order. Equal points get the same vertex,
+    ///                  points left out get null
+    void insert(const std::vector<Point2>& vInputPoints, std::vector<Point2*>& vHandles);
+
+    /// @param numPoints     number of points; nothing happens for 0 or less
+    /// @param aCoordinates  x0, y0, x1, y1, ...: 2 * numPoints doubles
+    /// @param aHandles      null, or room for numPoints vertices, filled as above
+    void insert(int numPoints, double* aCoordinates, Point2** aHandles);
+
+    // ---- queries
+
+    /// @return the triangle that contains p, border and corners included; null beyond the convex hull, for a
+    ///         non-finite p, and while there are no triangles
+    Triangle2* locate(const Point2& p);
+
+    /// The number of vertices. After a single insertion of a point that was there already it counts one more until
+    /// the next batch.
+    unsigned int numberOfPoints() const;
+
+    /// O(1).
+    unsigned int numberOfTriangles() const;
+
+    /// Appends every vertex once, in no particular order.
+    void getVertexPointers(std::vector<Point2*>& vVertices) const;
+
+    /// Appends every triangle.
+    void getTrianglePointers(std::vector<Triangle2*>& vTriangles) const;
+
+    /// True from the first triangle on.
+    bool is2D() const;
+
+    /// The box of the vertices; an invalid box when there are none.
+    Bbox2 computeBoundingBox() const;
+
+    /// @return a triangle that has both vertices as corners; null when they share no edge. Time: the smaller of the
+    ///         two degrees
+    Triangle2* getAdjacentTriangle(Point2* p0, Point2* p1) const;
+
+    // ---- output
+
+    /// Draws the triangulation on a PostScript page. Without triangles that is reported, and the page is empty.
+    void show(const std::string& filename) const;
+
+    /// Writes the triangles as a Wavefront OBJ file, z = 0, coordinates with six significant digits. Without triangles
+    /// that is reported, and nothing is written.
+    void writeObj(const std::string& filename) const;
+
+protected:
+    void initQuor(unsigned int numExpectedVertices);
+
+private:
+    Dt2* pDt2 = nullptr;
+};
+
+} // namespace ZELK_QUOR2D
