@@ -1,0 +1,13 @@
+# Fails unless README holds the source of the first example and exactly what the program prints.
+file(READ ${README} readme)
+file(READ ${SOURCE} source)
+execute_process(COMMAND ${PROGRAM} OUTPUT_VARIABLE printed RESULT_VARIABLE result)
+if(NOT result EQUAL 0)
+    message(FATAL_ERROR "${PROGRAM}: ${result}")
+endif()
+foreach(text "```cpp\n${source}```" "```\n${printed}```")
+    string(FIND "${readme}" "${text}" position)
+    if(position EQUAL -1)
+        message(FATAL_ERROR "README.md does not hold:\n${text}")
+    endif()
+endforeach()

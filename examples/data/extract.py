@@ -1,0 +1,86 @@
+#!/usr/bin/env python3
+"""Cuts the outlines in this folder out of Natural Earth's country polygons.
+
+    extract.py countries-10m.json land-10m.json
+
+The two files are the TopoJSON editions of Natural Earth 4.1.0 at 1:10 million that the npm package world-atlas 2.0.2
+carries. README.md in this folder tells the format of the output.
+"""
+import json
+import sys
+from pathlib import Path
+
+COUNTRIES = ["Greece", "South Africa", "Lesotho", "Switzerland", "Liechtenstein", "Austria"]
+CASPIAN_POINT = (51.0, 42.0)
+
+
+def read(path):
+    topology = json.loads(Path(path).read_text())
+    scale, translate = topology["transform"]["scale"], topology["transform"]["translate"]
+    arcs = []
+    for arc in topology["arcs"]:
+        x = y = 0
+        points = []
+        for dx, dy in arc:
+            x, y = x + dx, y + dy
+            points.append((round(x * scale[0] + translate[0], 4), round(y * scale[1] + translate[1], 4)))
+        arcs.append(points)
+
+    def ring(indices):
+        points = []
+        for i in indices:
+            points += (arcs[i] if i >= 0 else arcs[~i][::-1])[:-1]
+        return points
+
+    polygons = {}
+    for collection in topology["objects"].values():
+        for geometry in collection["geometries"]:
+            name = geometry.get("properties", {}).get("name", "land")
+            nested = [geometry["arcs"]] if geometry["type"] == "Polygon" else geometry.get("arcs", [])
+            polygons.setdefault(name, []).extend([[ring(r) for r in polygon] for polygon in nested])
+    return polygons
+
+
+def area(ring):
+    return sum(a[0] * b[1] - a[1] * b[0] for a, b in zip(ring, ring[1:] + ring[:1])) / 2
+
+
+def turned(ring, counterclockwise):
+    return ring if (area(ring) > 0) == counterclockwise else ring[::-1]
+
+
+def contains(ring, point):
+    inside = False
+    for (ax, ay), (bx, by) in zip(ring, ring[1:] + ring[:1]):
+        if (ay > point[1]) != (by > point[1]) and point[0] < ax + (point[1] - ay) * (bx - ax) / (by - ay):
+            inside = not inside
+    return inside
+
+
+def write(name, title, outer, holes):
+    rings = sorted((turned(r, True) for r in outer), key=area, reverse=True)
+    rings += sorted((turned(r, False) for r in holes), key=area)
+    lines = [f"# {title}: longitude latitude in degrees. Natural Earth 1:10m, public domain."]
+    for ring in rings:
+        lines += [""] + [f"{x:.4f} {y:.4f}" for x, y in ring]
+    path = Path(__file__).with_name(name + ".txt")
+    path.write_text("\n".join(lines) + "\n")
+    print(f"{path.name}: {sum(map(len, rings))} points, {len(rings)} rings, {len(holes)} of them holes")
+
+
+def main():
+    countries, land = read(sys.argv[1]), read(sys.argv[2])["land"]
+    for country in COUNTRIES:
+        polygons = countries[country]
+        if country == "South Africa":  # without the Prince Edward Islands, 1,800 km away
+            polygons = [p for p in polygons if min(y for _, y in p[0]) > -40]
+        write(country.lower().replace(" ", "_"), country, [p[0] for p in polygons], [r for p in polygons for r in p[1:]])
+
+    # A lake is a hole of its continent; its islands are land inside that hole.
+    lake = next(r for p in land for r in p[1:] if contains(r, CASPIAN_POINT))
+    islands = [p[0] for p in land if contains(lake, p[0][0])]
+    write("caspian_sea", "Caspian Sea, a lake and its islands", [lake], islands)
+
+
+if __name__ == "__main__":
+    main()

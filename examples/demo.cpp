@@ -1,0 +1,151 @@
+// The library at work on real data: triangulates the coast of Greece, mainland and islands, and draws the mesh with
+// land and sea in different colours. Usage: demo [data folder [output folder]]
+#include "Quor_2D.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <iostream>
+#include <locale>
+#include <sstream>
+#include <string>
+#include <vector>
+
+using namespace ZELK_QUOR2D;
+
+namespace
+{
+
+// Outlines as closed rings of points; land lies to the left of each ring. Point i has the custom index i.
+struct Coast {
+    std::vector<Point2> vPoints;
+    std::vector<int> vRingOfPoint;
+    int numRings = 0;
+};
+
+double secondsSince(std::chrono::steady_clock::time_point start)
+{
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+// Reads lines "longitude latitude"; empty lines separate the rings, "#" begins a comment.
+Coast readCoast(const std::string& filename)
+{
+    Coast coast;
+    std::ifstream file(filename);
+    bool bNewRing = true;
+    for (std::string line; std::getline(file, line);) {
+        double longitude = 0;
+        double latitude = 0;
+        std::istringstream text(line);
+        text.imbue(std::locale::classic());
+        if (!(text >> longitude >> latitude)) {
+            bNewRing = true;
+            continue;
+        }
+        coast.numRings += bNewRing ? 1 : 0;
+        bNewRing = false;
+        coast.vPoints.emplace_back(longitude, latitude);
+        coast.vPoints.back().setCustomIndex(static_cast<int>(coast.vPoints.size()) - 1);
+        coast.vRingOfPoint.push_back(coast.numRings - 1);
+    }
+    return coast;
+}
+
+// From degrees to kilometres around the middle of the data, so that distances and angles mean something.
+void projectToKilometres(std::vector<Point2>& vPoints)
+{
+    const Bbox2 box(vPoints.begin(), vPoints.end());
+    const double middleX = 0.5 * (box.get_minX() + box.get_maxX());
+    const double middleY = 0.5 * (box.get_minY() + box.get_maxY());
+    const double kilometresPerDegree = 111.2;
+    const double shrink = std::cos(middleY * 3.14159265358979 / 180);
+    for (Point2& p : vPoints) {
+        const int index = p.getCustomIndex();
+        p = Point2((p.x() - middleX) * shrink * kilometresPerDegree, (p.y() - middleY) * kilometresPerDegree);
+        p.setCustomIndex(index);
+    }
+}
+
+// A triangle between points of one ring lies on the land side when it meets them in the ring's own order.
+bool isLand(const Triangle2& triangle, const Coast& coast)
+{
+    const int i = triangle.getCorner(0)->getCustomIndex();
+    const int j = triangle.getCorner(1)->getCustomIndex();
+    const int k = triangle.getCorner(2)->getCustomIndex();
+    const auto ringOf = [&](int index) { return coast.vRingOfPoint[static_cast<std::size_t>(index)]; };
+    return ringOf(i) == ringOf(j) && ringOf(j) == ringOf(k) && (i < j) + (j < k) + (k < i) == 2;
+}
+
+double longestEdge(const Triangle2& triangle)
+{
+    double longest = 0;
+    for (int i = 0; i < 3; ++i)
+        longest = std::max(longest, triangle.getSquaredEdgeLength(i));
+    return std::sqrt(longest);
+}
+
+// Small triangles dark, large ones light; on land from green to sand, at sea from deep to pale blue.
+Color fillColor(const Triangle2& triangle, bool bLand)
+{
+    const double t = std::clamp(std::log2(longestEdge(triangle)) / 7, 0.0, 1.0); // 0 at 1 km, 1 at 128 km
+    const double step = std::round(t * 12) / 12;                                 // few colours keep the page small
+    if (bLand)
+        return Color(0.42 + 0.52 * step, 0.56 + 0.32 * step, 0.30 + 0.38 * step, 0.05, true);
+    return Color(0.30 + 0.56 * step, 0.53 + 0.39 * step, 0.72 + 0.25 * step, 0.05, true);
+}
+
+void drawMesh(const std::vector<Triangle2*>& vTriangles, const Coast& coast, const std::string& filename)
+{
+    const Color landEdge(0.45, 0.42, 0.22, 0.06, false);
+    const Color seaEdge(0.35, 0.52, 0.68, 0.06, false);
+    Visualizer2 page(filename);
+    for (const Triangle2* pT : vTriangles)
+        page.addObject(*pT, fillColor(*pT, isLand(*pT, coast)));
+    for (const bool bLand : {false, true}) // land last: its edges draw the coast line
+        for (const Triangle2* pT : vTriangles)
+            if (isLand(*pT, coast) == bLand)
+                page.addObject(*pT, bLand ? landEdge : seaEdge);
+    page.writeFile();
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const std::string input = std::string(argc > 1 ? argv[1] : "examples/data") + "/greece.txt";
+    const std::string output = std::string(argc > 2 ? argv[2] : ".") + "/greece";
+
+    Coast coast = readCoast(input);
+    if (coast.vPoints.empty()) {
+        std::fprintf(stderr, "demo: no points in %s\n", input.c_str());
+        return EXIT_FAILURE;
+    }
+    projectToKilometres(coast.vPoints);
+    std::cout << "Read " << coast.vPoints.size() << " points of " << coast.numRings << " coast lines from " << input
+              << "\n";
+
+    const auto start = std::chrono::steady_clock::now();
+    Quor_2D dt;
+    dt.insert(coast.vPoints);
+    const double seconds = secondsSince(start);
+    std::vector<Triangle2*> vTriangles;
+    dt.getTrianglePointers(vTriangles);
+    std::cout << "Triangulated in " << seconds << " s: " << dt.numberOfPoints() << " vertices, " << vTriangles.size()
+              << " triangles\n";
+
+    double landArea = 0;
+    for (const Triangle2* pT : vTriangles)
+        landArea += isLand(*pT, coast) ? pT->getArea() : 0;
+    std::cout << "Land area: " << std::lround(landArea) << " square kilometres\n";
+
+    drawMesh(vTriangles, coast, output + ".ps");
+    dt.writeObj(output + ".obj");
+    std::cout << "Look at:\n"
+              << "  " << output << ".ps   the mesh, land and sea, as a PostScript page\n"
+              << "  " << output << ".obj  the mesh for any 3D viewer, in kilometres\n";
+    return dt.is2D() ? EXIT_SUCCESS : EXIT_FAILURE;
+}
