@@ -1,0 +1,33 @@
+#pragma once
+
+#include "Quor_2D.h"
+#include "benchmarks/Measure.h"
+
+#include <memory>
+
+namespace bench
+{
+
+inline std::vector<ZELK_QUOR2D::Point2> toPoints(const std::vector<double>& vCoordinates)
+{
+    std::vector<ZELK_QUOR2D::Point2> vPoints;
+    vPoints.reserve(vCoordinates.size() / 2);
+    for (std::size_t i = 0; i + 1 < vCoordinates.size(); i += 2)
+        vPoints.emplace_back(vCoordinates[i], vCoordinates[i + 1]);
+    return vPoints;
+}
+
+/// Batch insertion into an empty triangulation, without a hint at the number of points. The result is the number of
+/// triangles.
+inline Cost measureBatchInsertion(const std::vector<double>& vCoordinates)
+{
+    return measure([&] { return toPoints(vCoordinates); },
+                   [](const std::vector<ZELK_QUOR2D::Point2>& vPoints) {
+                       auto pDt = std::make_unique<ZELK_QUOR2D::Quor_2D>();
+                       pDt->insert(vPoints);
+                       return pDt;
+                   },
+                   [](const std::unique_ptr<ZELK_QUOR2D::Quor_2D>& pDt) { return pDt->numberOfTriangles(); });
+}
+
+} // namespace bench
