@@ -63,7 +63,7 @@ Cost measure(Prepare prepare, Work work, Evaluate evaluate)
         const auto output = work(input);
         cost.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
         cost.bytes = residentMemory("VmHWM") - before;
-        cost.result = evaluate(output);
+        cost.result = static_cast<double>(evaluate(output));
         const bool bWritten = write(pipeEnds[1], &cost, sizeof cost) == static_cast<ssize_t>(sizeof cost);
         _exit(bWritten ? EXIT_SUCCESS : EXIT_FAILURE);
     }
