@@ -255,6 +255,18 @@ TEST_F(VisualizerTest, NumbersFollowNeitherLocaleNorStreamState)
               expected);
 }
 
+// The header of a second page sets its colour anew, so the drawing has to as well.
+TEST_F(VisualizerTest, ASecondPageEqualsTheFirst)
+{
+    Visualizer2 visualizer(directory.path("page.ps"));
+    for (int i = 0; i < 20; ++i)
+        visualizer.addObject(Point2(i, 0), kRed);
+    visualizer.writeFile();
+    visualizer.open(directory.path("second.ps"));
+    visualizer.writeFile();
+    EXPECT_EQ(readFile(directory.path("second.ps")), readFile(directory.path("page.ps")));
+}
+
 TEST_F(VisualizerTest, AFileThatCannotBeOpenedIsSilent)
 {
     const std::string name = directory.path("missing/page.ps");
