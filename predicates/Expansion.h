@@ -85,7 +85,7 @@ inline TwoDoubles multiply(const TwoDoubles& a, const TwoDoubles& b)
 ///
 /// The components grow in magnitude, none is zero, and each is smaller than the lowest set bit of the next (they do
 /// not overlap), so the last one carries the sign. Zero has no components.
-template <int Capacity>
+template <unsigned int Capacity>
 class Expansion
 {
 public:
@@ -127,10 +127,9 @@ private:
 };
 
 /// e + f: merges the components by magnitude and adds them up (FAST-EXPANSION-SUM, Shewchuk 1997).
-template <int Result, int M, int N>
+template <unsigned int Result, unsigned int M, unsigned int N>
 void add(const Expansion<M>& e, const Expansion<N>& f, Expansion<Result>& sum)
 {
-    QUOR2D_ASSERT(e.size() + f.size() <= Result, "e.size() + f.size() <= Result"); // every component may survive
     sum.clear();
     int i = 0, j = 0;
     const auto takeSmaller = [&] {
@@ -139,6 +138,7 @@ void add(const Expansion<M>& e, const Expansion<N>& f, Expansion<Result>& sum)
         return f[j++];
     };
     const int total = e.size() + f.size();
+    QUOR2D_ASSERT(total <= static_cast<int>(Result), "total <= Result"); // every component may survive
     if (total == 0)
         return;
     double running = takeSmaller();
@@ -150,7 +150,7 @@ void add(const Expansion<M>& e, const Expansion<N>& f, Expansion<Result>& sum)
     sum.append(running);
 }
 
-template <int M, int N>
+template <unsigned int M, unsigned int N>
 Expansion<M + N> operator+(const Expansion<M>& e, const Expansion<N>& f)
 {
     Expansion<M + N> sum;
@@ -158,14 +158,14 @@ Expansion<M + N> operator+(const Expansion<M>& e, const Expansion<N>& f)
     return sum;
 }
 
-template <int M, int N>
+template <unsigned int M, unsigned int N>
 Expansion<M + N> operator-(const Expansion<M>& e, const Expansion<N>& f)
 {
     return e + -f;
 }
 
 /// e * b (SCALE-EXPANSION, Shewchuk 1997).
-template <int M>
+template <unsigned int M>
 Expansion<2 * M> operator*(const Expansion<M>& e, double b)
 {
     Expansion<2 * M> product;
@@ -185,7 +185,7 @@ Expansion<2 * M> operator*(const Expansion<M>& e, double b)
 }
 
 /// e * f, by adding up the multiples of e.
-template <int M, int N>
+template <unsigned int M, unsigned int N>
 Expansion<2 * M * N> operator*(const Expansion<M>& e, const Expansion<N>& f)
 {
     Expansion<2 * M * N> aSums[2];

@@ -3,6 +3,7 @@
 #include "predicates/RoundingGuard.h"
 
 #include <algorithm>
+#include <initializer_list>
 
 // The stages between the filters and rational arithmetic. Callers hold a RoundingGuard.
 
@@ -20,7 +21,7 @@ int orientationOf(double value)
     return value > 0.0 ? ORI2_POSITIVE : value < 0.0 ? ORI2_NEGATIVE : ORI2_ZERO;
 }
 
-template <int N>
+template <unsigned int N>
 int orientationOf(const Expansion<N>& value)
 {
     return value.size() == 0 ? ORI2_ZERO : orientationOf(value[value.size() - 1]);
@@ -51,10 +52,36 @@ struct CoordinateRange {
         const double magnitude = std::fabs(coordinate);
         return magnitude <= largest && (magnitude >= smallest || magnitude == 0.0);
     }
-    bool holds(const Point2& p) const { return holds(p.x()) && holds(p.y()); }
+    bool holds(std::initializer_list<const Point2*> points) const
+    {
+        for (const Point2* p : points)
+            if (!holds(p->x()) || !holds(p->y()))
+                return false;
+        return true;
+    }
 };
 constexpr CoordinateRange kOrientationRange = {0x1p-450, 0x1p450};
 constexpr CoordinateRange kInCircleRange = {0x1p-210, 0x1p210};
+
+// Scales the points by the power of two that brings the largest coordinate between 1 and 2, which changes no sign.
+// False where that loses bits of another coordinate, or for coordinates that are not finite.
+template <unsigned int N>
+bool scaleToUnit(Point2 (&aPoints)[N])
+{
+    double largest = 0.0;
+    for (const Point2& p : aPoints)
+        largest = std::max({largest, std::fabs(p.x()), std::fabs(p.y())});
+    if (!(largest > 0.0 && std::isfinite(largest)))
+        return false;
+    const int exponent = std::ilogb(largest);
+    for (Point2& p : aPoints) {
+        const Point2 scaled(std::ldexp(p.x(), -exponent), std::ldexp(p.y(), -exponent));
+        if (Point2(std::ldexp(scaled.x(), exponent), std::ldexp(scaled.y(), exponent)) != p)
+            return false;
+        p = scaled;
+    }
+    return true;
+}
 
 // a.x * b.y - a.y * b.x, as a sum of eight products at most.
 Expansion<16> minorExpansion(const Difference& a, const Difference& b)
@@ -150,8 +177,12 @@ int exactInCircleByExpansions(const Difference& a, const Difference& b, const Di
 
 int PredicateTest::expansionOrientation(const Point2& p1, const Point2& p2, const Point2& p3)
 {
-    if (!kOrientationRange.holds(p1) || !kOrientationRange.holds(p2) || !kOrientationRange.holds(p3))
-        return kUndecided;
+    if (!kOrientationRange.holds({&p1, &p2, &p3})) {
+        Point2 aScaled[] = {p1, p2, p3};
+        if (!scaleToUnit(aScaled) || !kOrientationRange.holds({&aScaled[0], &aScaled[1], &aScaled[2]}))
+            return kUndecided;
+        return expansionOrientation(aScaled[0], aScaled[1], aScaled[2]);
+    }
     const Difference a(p1, p3), b(p2, p3);
     const TwoDoubles t1 = twoProduct(a.x.high, b.y.high), t2 = twoProduct(a.y.high, b.x.high);
     // Rounding is monotone: where the high parts differ, they compare like the exact products.
@@ -175,8 +206,12 @@ int PredicateTest::expansionInCircle(const Point2& p0, const Point2& p1, const P
     const Difference a(p0, q), b(p1, q), c(p2, q);
     if (isOnCoarseGrid(a, b, c))
         return orientationOf(coarseGridDeterminant(a, b, c));
-    if (!kInCircleRange.holds(p0) || !kInCircleRange.holds(p1) || !kInCircleRange.holds(p2) || !kInCircleRange.holds(q))
-        return kUndecided;
+    if (!kInCircleRange.holds({&p0, &p1, &p2, &q})) {
+        Point2 aScaled[] = {p0, p1, p2, q};
+        if (!scaleToUnit(aScaled) || !kInCircleRange.holds({&aScaled[0], &aScaled[1], &aScaled[2], &aScaled[3]}))
+            return kUndecided;
+        return expansionInCircle(aScaled[0], aScaled[1], aScaled[2], aScaled[3]);
+    }
     const int result = estimateInCircle(a, b, c);
     return result != kUndecided ? result : exactInCircleByExpansions(a, b, c);
 }

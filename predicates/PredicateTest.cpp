@@ -105,6 +105,8 @@ Orientation2 PredicateTest::orientationWithoutInstance(const Point2& p1, const P
 
 int PredicateTest::intervalOrientation(const Point2& p1, const Point2& p2, const Point2& p3)
 {
+    if (!isFinite(p1) || !isFinite(p2) || !isFinite(p3))
+        return kUndecided;
     if (upperBound(p1, p2, p3) < 0.0)
         return ORI2_NEGATIVE;
     if (lowerBound(p1, p2, p3) > 0.0)

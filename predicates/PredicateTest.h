@@ -114,6 +114,18 @@ private:
     Orientation2 inCircleSignBeyondFilter(const Point2& p0, const Point2& p1, const Point2& p2, const Point2& q);
 };
 
+// The filters run in whatever floating-point mode the caller is in. Let v = 2^-52, the relative error of one operation
+// in any rounding mode, and F = 7e-308, three times the smallest normal number: the absolute error of one operation
+// (its two operands included) where denormals are flushed to zero.
+
+// Orientation. Each product is off by 3v relative to itself (two subtractions, one multiplication), so that det has the
+// right sign where |det| > 3.0001v S, S = |t1| + |t2|; det, S and the bound round by another 4v. 3v = 6.66e-16, which
+// leaves 3.3e-17 S to cover flushed differences (F times the other factor each, F R in all) and flushed products (2F).
+// S > 1e-289 (1 + R) makes this fifty times more than needed. Overflow leads to comparisons of inf with inf or NaN,
+// which are false.
+//
+// This test holds at every magnitude, and where all points lie within `maxAbsCoord` it decides whatever the static
+// bound could decide apart from the largest triangles.
 inline int PredicateTest::filterOrientation(const Point2& p1, const Point2& p2, const Point2& p3)
 {
     const double dx1 = p1.x() - p3.x(), dy1 = p1.y() - p3.y();
@@ -121,7 +133,7 @@ inline int PredicateTest::filterOrientation(const Point2& p1, const Point2& p2, 
     const double t1 = dx1 * dy2, t2 = dy1 * dx2;
     const double det = t1 - t2;
     const double sum = std::fabs(t1) + std::fabs(t2);
-    const double range = std::fabs(dx1) + std::fabs(dy1) + (std::fabs(dx2) + std::fabs(dy2));
+    const double range = (std::fabs(dx1) + std::fabs(dy1)) + (std::fabs(dx2) + std::fabs(dy2));
     const double bound = 7e-16 * sum;
     if (sum > 1e-289 * (1.0 + range)) {
         if (det > bound)
@@ -132,6 +144,11 @@ inline int PredicateTest::filterOrientation(const Point2& p1, const Point2& p2, 
     return kUndecided;
 }
 
+// In-circle. A minor is off by 4v relative to its sum of absolute products (two subtractions, multiplication, one
+// subtraction), a squared length by 4v, their product by 9v, the sum of three by 11v relative to `permanent`; the
+// factor is 15v, and computing `permanent` and the bound loses less than 10v of themselves. That leaves a fifth of the
+// bound, more than 4e-201, for flushed operations: with squared lengths below 1e60 a flushed difference costs F 1e90
+// and a flushed product F 1e60 a few dozen times at most. The same limit keeps inf and NaN out.
 inline int PredicateTest::filterInCircle(const Point2& p0, const Point2& p1, const Point2& p2, const Point2& q)
 {
     const double ax = p0.x() - q.x(), ay = p0.y() - q.y();
