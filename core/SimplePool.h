@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Quor2DAssert.h"
+#include "core/BlockAllocation.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -27,7 +28,7 @@ public:
     ~SimplePool()
     {
         for (T* pBlock : vBlocks)
-            std::free(pBlock);
+            freeBlock(pBlock);
     }
     SimplePool(const SimplePool&) = delete;
     SimplePool& operator=(const SimplePool&) = delete;
@@ -107,7 +108,7 @@ private:
     void addBlock(int requestedSize)
     {
         const int size = requestedSize < 0 ? chooseBlockSize() : requestedSize;
-        T* pBlock = static_cast<T*>(std::malloc(static_cast<std::size_t>(size) * sizeof(T)));
+        T* pBlock = static_cast<T*>(allocateBlock(static_cast<std::size_t>(size) * sizeof(T)));
         if (!pBlock)
             fail("SimplePool::alloc(..), ERROR: Out of memory, sorry");
         fullBlocks += static_cast<std::size_t>(currentCapacity);

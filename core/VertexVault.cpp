@@ -16,9 +16,7 @@ constexpr double kLazyFactor = 1.35;
 // at most that many old entries.
 constexpr std::size_t kBatchMergeFraction = 16;
 
-// The curve has 30-bit keys. A stretch holds about four vertices.
-constexpr int kKeyBits = 30;
-constexpr std::size_t kVerticesPerCell = 4;
+constexpr int kKeyBits = 30; // of the triangulation's curve
 constexpr int kMaxCellBits = 24;
 
 bool keyLess(const VaultEntry& a, const VaultEntry& b)
@@ -100,13 +98,14 @@ void VertexVault::updateSortedIndex(bool bLazy)
         std::stable_sort(tail, vIdxVtxAct.end(), keyLess);
     std::inplace_merge(begin, tail, vIdxVtxAct.end(), keyLess);
     maxSortedIndex = static_cast<unsigned int>(vIdxVtxAct.size());
-    rebuildCells();
+    vRecentByCell.clear();
 }
 
-void VertexVault::rebuildCells()
+// The curve covers a doubled box, so that one stretch per vertex means about four vertices in those that are in use.
+void VertexVault::fillCells()
 {
     int cellBits = 0;
-    while (cellBits < kMaxCellBits && (kVerticesPerCell << cellBits) < vIdxVtxAct.size())
+    while (cellBits < kMaxCellBits && (std::size_t(1) << cellBits) < vIdxVtxAct.size())
         ++cellBits;
     cellShift = kKeyBits - cellBits;
     vRecentByCell.assign(std::size_t(1) << cellBits, nullptr);
@@ -132,7 +131,7 @@ void VertexVault::rekeyAll()
     compact();
     sortEntriesFrom(0);
     maxSortedIndex = static_cast<unsigned int>(vIdxVtxAct.size());
-    rebuildCells();
+    vRecentByCell.clear();
 }
 
 void VertexVault::sortEntriesFrom(std::size_t first)

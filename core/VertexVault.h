@@ -82,11 +82,11 @@ public:
     Triangle2* getCT(std::uint32_t key);
 
     /// A vertex of the mesh that was noted in the same stretch of the curve, or null. O(1), and unlike getCT() it knows
-    /// the unsorted tail.
-    Point2* findRecent(std::uint32_t key) const
+    /// the unsorted tail. The first call after sorting takes O(n).
+    Point2* findRecent(std::uint32_t key)
     {
         if (vRecentByCell.empty())
-            return nullptr;
+            fillCells();
         Point2* pVtx = vRecentByCell[key >> cellShift];
         return pVtx && pVtx->getIncidentTriangle() ? pVtx : nullptr;
     }
@@ -129,7 +129,7 @@ private:
     Triangle2* findTriangleNear(std::size_t index);
     void reportUnsorted(std::size_t lower, std::size_t upper, std::uint32_t key) const;
     void reserveFor(std::size_t numNewEntries);
-    void rebuildCells();
+    void fillCells();
     bool isStale(const VaultEntry& entry) const { return entry.duplicate || (entry.pVtx->marks & VM_REMOVED); }
 
     const HC2& curve;
@@ -137,7 +137,7 @@ private:
     std::size_t pendingDuplicates = 0;  // duplicate entries that size() still counts
     std::size_t hiddenEntries = 0;      // stale entries that size() no longer counts
     std::size_t scannedEntries = 0;     // stale entries passed over by look-ups since the last compaction
-    std::vector<Point2*> vRecentByCell; // one vertex for each of 2^k equal stretches of the curve; may be empty
+    std::vector<Point2*> vRecentByCell; // one vertex for each of 2^k stretches of the curve; filled on demand
     int cellShift = 0;                  // from a key to its stretch
 };
 
