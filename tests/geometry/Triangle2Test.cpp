@@ -180,12 +180,14 @@ TEST(TriangleDual, EquidistantOnRandomTriangles)
     int numChecked = 0;
     for (int i = 0; i < 1000; ++i) {
         const Corners corners(Point2(unit(), unit()), Point2(unit(), unit()), Point2(unit(), unit()));
-        const auto [center, bValid] = corners.triangle.getDual();
-        if (maxAbsCoord(center) > 100.0)
+        const std::pair<Point2, bool> dual = corners.triangle.getDual();
+        if (maxAbsCoord(dual.first) > 100.0)
             continue;
         ++numChecked;
-        EXPECT_TRUE(bValid);
-        const auto distance = [&](const Point2& p) { return std::hypot(p.x() - center.x(), p.y() - center.y()); };
+        EXPECT_TRUE(dual.second);
+        const auto distance = [&](const Point2& p) {
+            return std::hypot(p.x() - dual.first.x(), p.y() - dual.first.y());
+        };
         const double radius = distance(corners.aPoints[0]);
         EXPECT_NEAR(distance(corners.aPoints[1]), radius, 1e-9 * (1.0 + radius * radius));
         EXPECT_NEAR(distance(corners.aPoints[2]), radius, 1e-9 * (1.0 + radius * radius));

@@ -134,6 +134,17 @@ inline Points mixedMagnitudes(Random& random)
     return points;
 }
 
+/// A line that passes the origin closely, and a point very near both: the differences to it are no doubles, and their
+/// tails decide in the last bits.
+inline Points decidedByTails(Random& random)
+{
+    const double slope = 1 + 2 * below(random, 8), t = std::ldexp(unit(random), -53 - below(random, 10));
+    const double k = 1 + below(random, 9), m = 1 + below(random, 9);
+    const Point2 a(k, slope * k), b(-m, moveByUlps(-slope * m, below(random, 3) - 1));
+    const double heightAtOrigin = k * (b.y() + slope * m) / (k + m);
+    return {a, b, Point2(t, moveByUlps(heightAtOrigin + slope * t, below(random, 3) - 1)), Point2(unit(random), -t)};
+}
+
 inline double finiteFromBits(Random& random)
 {
     for (;;) { // ends: one pattern in 2048 is not finite
@@ -203,6 +214,7 @@ inline constexpr Family kFamilies[] = {{"uniform", uniform, 300},
                                        {"symmetricTrapezoid", symmetricTrapezoid, 300},
                                        {"farFromOrigin", farFromOrigin, 500},
                                        {"mixedMagnitudes", mixedMagnitudes, 1000},
+                                       {"decidedByTails", decidedByTails, 1000},
                                        {"rawBits", rawBits, 300},
                                        {"denormal", denormal, 1000},
                                        {"anyScale", anyScale, 1500}};
