@@ -10,15 +10,18 @@
     var MAIN = 0x4d4d, EDITOR = 0x3d3d, OBJECT = 0x4000, TRIANGLE_MESH = 0x4100, VERTICES = 0x4110, FACES = 0x4120;
     var HEADER_BYTES = 6;
 
-    // Calls visit(kind, from, to) for the contents of each chunk in a range of bytes.
+    // Calls visit(kind, from, to) for the contents of each chunk in a range of bytes. Some programs write the length of
+    // an outer chunk too small: only the file's end bounds a chunk, and visit returns how far inner chunks reached.
+    // Returns the end of the last chunk. Ends because every chunk has at least its header.
     function forEachChunk(data, from, to, visit) {
         while (from + HEADER_BYTES <= to) {
             var kind = data.getUint16(from, true), length = data.getUint32(from + 2, true);
-            if (length < HEADER_BYTES || from + length > to)
+            if (length < HEADER_BYTES || from + length > data.byteLength)
                 throw new Error("a chunk does not fit into the file");
-            visit(kind, from + HEADER_BYTES, from + length);
-            from += length;
+            var reached = visit(kind, from + HEADER_BYTES, from + length) || 0;
+            from = Math.max(from + length, reached);
         }
+        return from;
     }
 
     function skipName(data, from, to) {
@@ -57,16 +60,15 @@
         var positions = [], indices = [];
         var visit = function (kind, from, to) {
             if (kind === MAIN || kind === EDITOR)
-                forEachChunk(data, from, to, visit);
-            else if (kind === OBJECT)
-                forEachChunk(data, skipName(data, from, to), to, visit);
-            else if (kind === TRIANGLE_MESH)
-                readMesh(from, to);
+                return forEachChunk(data, from, to, visit);
+            if (kind === OBJECT)
+                return forEachChunk(data, skipName(data, from, to), to, visit);
+            return kind === TRIANGLE_MESH ? readMesh(from, to) : to;
         };
         // Faces may stand before their vertices, and they count from the object's own first vertex.
         var readMesh = function (from, to) {
             var firstVertex = positions.length / 3;
-            forEachChunk(data, from, to, function (kind, chunkFrom, chunkTo) {
+            return forEachChunk(data, from, to, function (kind, chunkFrom, chunkTo) {
                 if (kind === VERTICES)
                     readVertices(data, chunkFrom, chunkTo, positions);
                 else if (kind === FACES)

@@ -189,9 +189,10 @@ class Page {
         await this.frame();
     }
 
-    // fingers: positions; an empty list lifts them all
-    touch(type, fingers) {
-        return this.send("Input.dispatchTouchEvent", { type, touchPoints: fingers.map((at, id) => ({ ...at, id })) });
+    // fingers: positions; an empty list lifts them all. seconds: when, by default now
+    touch(type, fingers, seconds) {
+        const touchPoints = fingers.map((at, id) => ({ ...at, id }));
+        return this.send("Input.dispatchTouchEvent", { type, touchPoints, timestamp: seconds });
     }
 
     async screenshot(clip) {
