@@ -61,6 +61,7 @@ public:
 
     void show(const std::string& filename) const;
     void writeObj(const std::string& filename) const;
+    void writeWebScene(const char* path) const;
 
     // ---- internal operations that other parts of the library build on
 

@@ -126,4 +126,9 @@ void Quor_2D::writeObj(const std::string& filename) const
     guarded([&] { pDt2->writeObj(filename); });
 }
 
+void Quor_2D::writeWebScene(const char* path) const
+{
+    guarded([&] { pDt2->writeWebScene(path); });
+}
+
 } // namespace ZELK_QUOR2D

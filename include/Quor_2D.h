@@ -107,12 +107,28 @@ public:
 
     // ---- output
 
-    /// Draws the triangulation on a PostScript page. Without triangles that is reported, and the page is empty.
+    /// Draws the edges of the triangulation on a PostScript page, see Visualizer2. Without triangles that is reported,
+    /// and the page is empty. A file that cannot be opened is not reported.
     void show(const std::string& filename) const;
 
-    /// Writes the triangles as a Wavefront OBJ file, z = 0, coordinates with six significant digits. Without triangles
-    /// that is reported, and nothing is written.
+    /// Writes the triangles as a Wavefront OBJ file, z = 0: vertices in the order in which the triangles meet them,
+    /// faces counterclockwise and in the order of getTrianglePointers(). Near-linear time.
+    ///
+    /// Coordinates have six significant digits, so close vertices may coincide in the file. The tool quor2d
+    /// writes formats with full precision.
+    ///
+    /// Without triangles that is reported, and nothing is written. A file that cannot be opened is not reported.
     void writeObj(const std::string& filename) const;
+
+    /// Writes a directory with a web page that shows the mesh in a browser, from a server or opened from disk:
+    /// index.html, the viewer's scripts jsc3d.js, jsc3d.ctm.js and jsc3d.touch.js, the mesh as 3d.obj, and the same
+    /// text once more as the script 3d.obj.js, because pages opened from disk may not read other files.
+    ///
+    /// @param path  created, one level deep, if it does not exist; files of these names in it are overwritten. A
+    ///              directory that cannot be created is reported, and nothing is written
+    ///
+    /// Without triangles that is reported, and the mesh is not written.
+    void writeWebScene(const char* path) const;
 
 protected:
     void initQuor(unsigned int numExpectedVertices);

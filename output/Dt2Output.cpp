@@ -1,4 +1,5 @@
 #include "Color.h"
+#include "FileOutput.h"
 #include "Segment2.h"
 #include "Triangle2.h"
 #include "Visualizer2.h"
@@ -9,6 +10,7 @@
 #include "output/TextWriter.h"
 
 #include <functional>
+#include <iostream>
 
 namespace ZELK_QUOR2D
 {
@@ -43,6 +45,19 @@ void writeObjFile(const std::string& filename, const ObjText& text)
     text.write(writer);
 }
 
+// A page opened from disk may not read 3d.obj, but it may load a script. The text needs no escapes: it consists of
+// letters, numbers, blanks and line ends.
+void writeObjScript(const std::string& filename, const ObjText& text)
+{
+    std::ofstream file = openTextFile(filename);
+    if (!file)
+        return;
+    TextWriter writer(file);
+    writer << "window.JSC3D_SCENE_TEXT = `";
+    text.write(writer);
+    writer << "`;\n";
+}
+
 } // namespace
 
 void Dt2::show(const std::string& filename) const
@@ -69,6 +84,24 @@ void Dt2::writeObj(const std::string& filename) const
     std::vector<Triangle2*> vTriangles;
     getTrianglePointers(vTriangles);
     writeObjFile(filename, ObjText(vTriangles));
+}
+
+void Dt2::writeWebScene(const char* path) const
+{
+    if (!createDirectory(path)) {
+        reportWarning("Dt2::writeWebScene()", std::string("Can't create directory ") + (path ? path : ""));
+        return;
+    }
+    std::cout << "writeWebScene: Creating " << path << std::endl;
+    for (const char* resource : {"index.html", "jsc3d.js", "jsc3d.ctm.js", "jsc3d.touch.js"})
+        fileReplicate(resource, path);
+    const std::string objFile = std::string(path) + "/3d.obj";
+    writeObj(objFile);
+    if (!is2D())
+        return; // reported by writeObj
+    std::vector<Triangle2*> vTriangles;
+    getTrianglePointers(vTriangles);
+    writeObjScript(objFile + ".js", ObjText(vTriangles));
 }
 
 } // namespace ZELK_QUOR2D

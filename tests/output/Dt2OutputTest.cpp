@@ -188,6 +188,53 @@ TEST_F(Dt2OutputTest, ShowWithoutTrianglesIsReportedAndWritesAnEmptyPage)
     EXPECT_NE(text.find("\tshow\nstroke\nshowpage\n%%Trailer\n"), std::string::npos);
 }
 
+TEST_F(Dt2OutputTest, WebSceneHoldsPageScriptsAndTheMeshTwice)
+{
+    quor.insert(randomPoints(100, 1.0));
+    const std::string scene = directory.path("scene") + "/";
+    for (int i = 0; i < 2; ++i) { // into a new directory, over an old one
+        quor.writeWebScene(scene.c_str());
+        EXPECT_EQ(output.take(), "writeWebScene: Creating " + scene + "\n");
+        std::set<std::string> sNames;
+        for (const auto& entry : std::filesystem::directory_iterator(scene))
+            sNames.insert(entry.path().filename().string());
+        EXPECT_EQ(sNames, (std::set<std::string>{"3d.obj", "3d.obj.js", "index.html", "jsc3d.ctm.js", "jsc3d.js",
+                                                 "jsc3d.touch.js"}));
+        expectSameMesh(quor, readObj(scene + "3d.obj"));
+        EXPECT_EQ(readFile(scene + "3d.obj.js"), "window.JSC3D_SCENE_TEXT = `" + readFile(scene + "3d.obj") + "`;\n");
+        quor.insert(Point2(7, 7));
+    }
+    // What the page's script looks for.
+    EXPECT_NE(readFile(scene + "jsc3d.js").find("JSC3D_SCENE_TEXT"), std::string::npos);
+}
+
+TEST_F(Dt2OutputTest, WebSceneReportsADirectoryThatCannotBeCreated)
+{
+    std::ofstream(directory.path("file")) << "kept";
+    const std::string report = "\n      [Quor2D-Message] Dt2::writeWebScene(), WARNING: Can't create directory ";
+    quor.insert(randomPoints(10, 1.0));
+    for (const std::string& path : {directory.path("file"), directory.path("missing/scene"), std::string()}) {
+        quor.writeWebScene(path.c_str());
+        EXPECT_EQ(output.take(), report + path + "\n\n");
+    }
+    quor.writeWebScene(nullptr);
+    EXPECT_EQ(output.take(), report + "\n\n");
+    EXPECT_EQ(readFile(directory.path("file")), "kept");
+}
+
+TEST_F(Dt2OutputTest, WebSceneWithoutTrianglesHoldsThePageOnly)
+{
+    const std::string scene = directory.path("scene");
+    insertCollinearPoints();
+    quor.writeWebScene(scene.c_str());
+    EXPECT_EQ(output.take(), "writeWebScene: Creating " + scene +
+                                 "\n\n      [Quor2D-Message] Dt2::show(), ERROR: The triangulation is not full "
+                                 "dimensional yet, no visualization\n\n");
+    EXPECT_TRUE(std::filesystem::exists(scene + "/index.html"));
+    EXPECT_FALSE(std::filesystem::exists(scene + "/3d.obj"));
+    EXPECT_FALSE(std::filesystem::exists(scene + "/3d.obj.js"));
+}
+
 TEST_F(Dt2OutputTest, UnwritableFilesAreNotReported)
 {
     quor.insert(randomPoints(10, 1.0));
