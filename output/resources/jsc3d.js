@@ -18,7 +18,7 @@ var JSC3D = {};
     // and panning shifts it, so the camera never enters the mesh and nothing has to be clipped in depth.
     var CAMERA_DISTANCE = 5;
     var MIN_ZOOM = 0.05;
-    var MAX_ZOOM = 1e5;
+    var MAX_ZOOM = 1e4; // beyond, single precision shows
 
     // Light position in view space: above, left of and nearer than the camera. It is close on purpose: a plane lit
     // from afar has one colour everywhere.
