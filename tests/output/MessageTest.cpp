@@ -5,8 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cctype>
 #include <iomanip>
-#include <regex>
 
 using namespace ZELK_QUOR2D;
 
@@ -44,8 +45,10 @@ TEST(TimerTest, SecondCallStopsAndThirdStartsAgain)
     EXPECT_EQ(timer("other"), -1.0);
     output.take();
     EXPECT_GE(timer("t"), 0.0);
-    const std::string text = output.take();
-    EXPECT_TRUE(std::regex_match(text, std::regex("Timer \\[t\\] stop, elapsed time: [0-9]+\\.[0-9]{3} s\n"))) << text;
+    std::string text = output.take();
+    std::replace_if(
+        text.begin(), text.end(), [](unsigned char c) { return std::isdigit(c); }, '9');
+    EXPECT_EQ(text, "Timer [t] stop, elapsed time: 9.999 s\n");
     EXPECT_EQ(timer("t"), -1.0);
     EXPECT_GE(timer("t"), 0.0);
     EXPECT_GE(timer("other"), 0.0);
