@@ -61,6 +61,14 @@ need_packages() {
     quietly "Installing ${missing[*]}" apt_install "${missing[@]}"
 }
 
+# want_packages <package...>: installs what can be installed; what needs the others is then skipped.
+want_packages() {
+    local package
+    for package; do
+        (need_packages "$package") || printf 'Going on without %s\n' "$package"
+    done
+}
+
 # leave_root <arguments of the script...>: called through sudo on a user's clone, goes on as that user, so that nothing
 # in the clone comes to belong to root.
 leave_root() {

@@ -552,8 +552,8 @@ var JSC3D = {};
     /**
      * Draws a mesh into the pixels of a 2D canvas: scan conversion with a depth buffer of reciprocal distances.
      *
-     * Functions that run once for a triangle or a line take vertex numbers only: numbers with a fraction would be
-     * boxed on each call.
+     * Functions that run once for a vertex, a triangle or a line take and return whole numbers only: browsers put a
+     * number with a fraction on the heap at each call. Others pass through typed arrays.
      */
     function CanvasRenderer(canvas) {
         this.canvas = canvas;
@@ -637,8 +637,8 @@ var JSC3D = {};
     CanvasRenderer.prototype.drawSurface = function (view, style) {
         var smooth = style.mode !== "flat";
         // Light and camera are turned back into the mesh's own space; that saves turning every normal.
-        this.light = transposeTimes(view.rotation, LIGHT);
-        this.eye = transposeTimes(view.rotation, [0, 0, CAMERA_DISTANCE]);
+        this.lamps.set(transposeTimes(view.rotation, LIGHT));
+        this.lamps.set(transposeTimes(view.rotation, [0, 0, CAMERA_DISTANCE]), 3);
         this.edgeStrength = JSC3D.EDGE_STRENGTH[smooth ? "smooth" : "flat"] * 256;
         if (smooth)
             this.lightVertices();
@@ -647,21 +647,16 @@ var JSC3D = {};
             this.drawOutline();
     };
 
-    // Brightness of a surface point as an index into the shades. (n, not necessarily of unit length) may point to
-    // either side: both sides of a surface are lit alike. The same formula stands in the WebGL renderer.
-    CanvasRenderer.prototype.lightVertices = function () {
-        var positions = this.mesh.positions, normals = this.mesh.normals, brightness = this.brightness;
-        var lx = this.light[0], ly = this.light[1], lz = this.light[2];
-        var ex = this.eye[0], ey = this.eye[1], ez = this.eye[2];
-        for (var v = 0, i = 0; v < brightness.length; ++v, i += 3) {
-            brightness[v] = shadeAt(positions[i], positions[i + 1], positions[i + 2], normals[i], normals[i + 1],
-                                    normals[i + 2], lx, ly, lz, ex, ey, ez);
-        }
-    };
+    // A surface point and its unit normal; light and camera. Both in the mesh's own space.
+    CanvasRenderer.prototype.surface = new Float64Array(6);
+    CanvasRenderer.prototype.lamps = new Float64Array(6);
 
-    function shadeAt(px, py, pz, nx, ny, nz, lx, ly, lz, ex, ey, ez) {
-        lx -= px, ly -= py, lz -= pz;
-        ex -= px, ey -= py, ez -= pz;
+    // The shade of this.surface, whose normal may point to either side: both sides of a surface are lit alike.
+    // The same formula stands in the WebGL renderer.
+    CanvasRenderer.prototype.shadeOfSurface = function () {
+        var s = this.surface, lamps = this.lamps, nx = s[3], ny = s[4], nz = s[5];
+        var lx = lamps[0] - s[0], ly = lamps[1] - s[1], lz = lamps[2] - s[2];
+        var ex = lamps[3] - s[0], ey = lamps[4] - s[1], ez = lamps[5] - s[2];
         var toLight = 1 / Math.sqrt(lx * lx + ly * ly + lz * lz), toEye = 1 / Math.sqrt(ex * ex + ey * ey + ez * ez);
         var cosLight = (nx * lx + ny * ly + nz * lz) * toLight, cosEye = (nx * ex + ny * ey + nz * ez) * toEye;
         if (cosEye < 0)
@@ -672,11 +667,21 @@ var JSC3D = {};
         shine *= shine;
         shine *= shine;
         var bright = 0.1 + 0.35 * (1 + cosLight) + 0.3 * shine * shine;
-        return (bright > 1 ? 1 : bright) * (SHADES - 1);
-    }
+        return ((bright > 1 ? 1 : bright) * (SHADES - 1)) | 0;
+    };
 
+    CanvasRenderer.prototype.lightVertices = function () {
+        var positions = this.mesh.positions, normals = this.mesh.normals, s = this.surface;
+        for (var v = 0, i = 0; v < this.mesh.vertexCount; ++v, i += 3) {
+            s[0] = positions[i], s[1] = positions[i + 1], s[2] = positions[i + 2];
+            s[3] = normals[i], s[4] = normals[i + 1], s[5] = normals[i + 2];
+            this.brightness[v] = this.shadeOfSurface();
+        }
+    };
+
+    // The shade of a triangle at its centroid.
     CanvasRenderer.prototype.flatShade = function (a, b, c) {
-        var p = this.mesh.positions, light = this.light, eye = this.eye;
+        var p = this.mesh.positions, s = this.surface;
         a *= 3, b *= 3, c *= 3;
         var ux = p[b] - p[a], uy = p[b + 1] - p[a + 1], uz = p[b + 2] - p[a + 2];
         var vx = p[c] - p[a], vy = p[c + 1] - p[a + 1], vz = p[c + 2] - p[a + 2];
@@ -684,10 +689,10 @@ var JSC3D = {};
         var length = Math.sqrt(nx * nx + ny * ny + nz * nz);
         if (!(length > 0))
             return 0;
-        var x = (p[a] + p[b] + p[c]) / 3, y = (p[a + 1] + p[b + 1] + p[c + 1]) / 3;
-        var z = (p[a + 2] + p[b + 2] + p[c + 2]) / 3;
-        return shadeAt(x, y, z, nx / length, ny / length, nz / length, light[0], light[1], light[2], eye[0], eye[1],
-                       eye[2]) | 0;
+        for (var k = 0; k < 3; ++k)
+            s[k] = (p[a + k] + p[b + k] + p[c + k]) / 3;
+        s[3] = nx / length, s[4] = ny / length, s[5] = nz / length;
+        return this.shadeOfSurface();
     };
 
     CanvasRenderer.prototype.drawTriangles = function (smooth, culling) {
