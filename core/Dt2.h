@@ -21,7 +21,7 @@ namespace ZELK_QUOR2D
 /// The triangulation behind Quor_2D: owns vertices and triangles and changes them.
 ///
 /// The methods live with their subject: Dt2.cpp (life and simple queries), Dt2Locate.cpp, Dt2Insert.cpp,
-/// Dt2Bootstrap.cpp, Dt2Output.cpp.
+/// Dt2Bootstrap.cpp, Dt2Remove.cpp and Dt2RemoveStar.cpp, Dt2Validity.cpp, Dt2Output.cpp.
 class Dt2
 {
 public:
@@ -45,6 +45,28 @@ public:
     void insert(const std::vector<Point2>& vInputPoints);
     void insert(const std::vector<Point2>& vInputPoints, std::vector<Point2*>& vHandles);
     void insert(int numPoints, double* aCoordinates, Point2** aHandles);
+
+    // ---- removal (Dt2Remove.cpp)
+
+    /// Takes a vertex out and restores the empty circles around the hole. Expected time: proportional to the degree;
+    /// a hub of degree d costs O(d log d). Without new memory once the scratch lists have grown.
+    ///
+    /// A vertex that does not belong to the triangulation, or has no triangle, is reported and nothing changes.
+    ///
+    /// @param bInternal  true when the library itself asks, which may remove what callers may not
+    void remove(Point2* pVtx, bool bInternal);
+
+    /// Flips the edge from the vertex to the next corner of pT if both new triangles are strictly counterclockwise;
+    /// pT then no longer has the vertex. @return the triangle that still has it, or null
+    Triangle2* tryFlipAway(Point2* pVtx, Triangle2* pT) { return flipAway(pVtx, pT, FLAT_REFUSED); }
+
+    // ---- validity (Dt2Validity.cpp)
+
+    /// Checks the links of all triangles and, on request, that all circumcircles are empty. Reports the first defect.
+    ///
+    /// @param s  a name for the reports
+    /// @return whether there is no defect
+    bool checkValidity(bool bCheckEmptyCircle, const std::string& s);
 
     // ---- queries (Dt2.cpp, Dt2Locate.cpp)
 
@@ -159,6 +181,42 @@ private:
     bool findPrevVisibleHullEdge(const Point2* pVtx, HullEdge& edge);
     void updateHullNeighbors(Point2* pVtx);
 
+    // ---- removal
+    enum FlatTriangles { FLAT_REFUSED, FLAT_ALLOWED }; // at the vertex that goes away
+    struct Star {
+        Triangle2* pFirst; // at the hull: the clockwise end
+        int degree;
+        bool bAtHull;
+    };
+    struct Ear {
+        double power;
+        Triangle2* pT; // (vertex, corner, next corner)
+        const Point2* pPrevCorner;
+        const Point2* pCorner;
+        const Point2* pNextCorner;
+        bool operator>(const Ear& other) const { return power > other.power; }
+    };
+    bool isRemovable(const Point2* pVtx) const;
+    static Star collectStar(const Point2* pVtx);
+    void removeInside(Point2* pVtx, Star star);
+    void removeAtHull(Point2* pVtx, Star star);
+    void mergeLastThree(const Point2* pVtx, Triangle2* pT);
+    void forgetVertex(Point2* pVtx);
+    Triangle2* flipAway(Point2* pVtx, Triangle2* pT, FlatTriangles flatTriangles);
+    void flipStar(Point2* pVtx, Star& star, FlatTriangles flatTriangles);
+    void flipFan(Point2* pVtx, const Star& star);
+    void flipStuckStar(Point2* pVtx, Star& star);
+    bool moveInsideStar(Point2* pVtx, const Star& star);
+    bool isStrictlyInsideStar(const Point2& p, const Point2* pVtx, const Star& star);
+    void flipByPower(Point2* pVtx, Star& star, FlatTriangles flatTriangles);
+    void pushEar(const Point2* pVtx, Triangle2* pT);
+    static bool isCurrent(const Ear& ear, const Point2* pVtx);
+    void restoreCircles();
+    bool isCircleViolated(const Triangle2* pT, int ith);
+
+    // ---- validity
+    bool checkCircles(const std::vector<Triangle2*>& vTriangles, const std::string& place);
+
     // ---- growing box and bootstrap
     void growBoxes(const Point2& p);
     void rebuildOrderingIfLeft(const Point2& minPoint, const Point2& maxPoint);
@@ -181,6 +239,9 @@ private:
     std::vector<Triangle2*> vFlipCurrent; // members: their capacity survives from insertion to insertion
     std::vector<Triangle2*> vFlipNext;
     std::vector<HullEdge> vVisibleHullEdges; // counterclockwise
+    std::vector<HullEdge> vSuspectEdges;     // edges whose circles removal has to look at
+    std::vector<HullEdge> vSuspectNext;
+    std::vector<Ear> vEars; // a heap
     Point2* pLastInserted = nullptr;
 
     // Hull neighbours of the few hull vertices whose fan of triangles is long, so that not every insertion beyond the

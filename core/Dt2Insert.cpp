@@ -1,5 +1,6 @@
 #include "core/Dt2.h"
 
+#include "core/TriangleLinks.h"
 #include "output/Message.h"
 
 #include <algorithm>
@@ -35,20 +36,6 @@ struct ArraySource {
 bool isFinite(const Point2& p)
 {
     return std::isfinite(p.x()) && std::isfinite(p.y());
-}
-
-void setCorners(Triangle2* pT, Point2* p0, Point2* p1, Point2* p2)
-{
-    pT->setVertexPointer(0, p0);
-    pT->setVertexPointer(1, p1);
-    pT->setVertexPointer(2, p2);
-}
-
-void setNeighbors(Triangle2* pT, Triangle2* p0, Triangle2* p1, Triangle2* p2)
-{
-    pT->setOppTriangle(0, p0);
-    pT->setOppTriangle(1, p1);
-    pT->setOppTriangle(2, p2);
 }
 
 } // namespace

@@ -76,6 +76,11 @@ void Quor_2D::insert(int numPoints, double* aCoordinates, Point2** aHandles)
     guarded([&] { pDt2->insert(numPoints, aCoordinates, aHandles); });
 }
 
+void Quor_2D::remove(Point2* pVtx)
+{
+    guarded([&] { pDt2->remove(pVtx, false); });
+}
+
 Triangle2* Quor_2D::locate(const Point2& p)
 {
     return guarded([&] { return pDt2->locate(p); });
@@ -114,6 +119,11 @@ Bbox2 Quor_2D::computeBoundingBox() const
 Triangle2* Quor_2D::getAdjacentTriangle(Point2* p0, Point2* p1) const
 {
     return pDt2->getAdjacentTriangle(p0, p1);
+}
+
+bool Quor_2D::checkValidity(bool bCheckEmptyCircle, const std::string& s) const
+{
+    return guarded([&] { return pDt2->checkValidity(bCheckEmptyCircle, s); });
 }
 
 void Quor_2D::show(const std::string& filename) const

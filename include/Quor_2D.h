@@ -76,6 +76,18 @@ public:
     /// @param aHandles      null, or room for numPoints vertices, filled as above
     void insert(int numPoints, double* aCoordinates, Point2** aHandles);
 
+    /// Removes a vertex and restores the empty circles around the hole by edge flips. Expected time: proportional to
+    /// the number of triangles around the vertex.
+    ///
+    /// The vertex object keeps its coordinates and custom index but belongs to no triangulation any more: inserting
+    /// the same coordinates again makes another vertex. Triangles around it are recycled, so fetch triangles again
+    /// afterwards. When all remaining vertices are collinear there are no triangles; is2D() stays what it was, and
+    /// the next vertex off that line makes triangles again.
+    ///
+    /// @param pVtx  a vertex of this triangulation that has triangles. Null, a removed vertex, a vertex of another
+    ///              triangulation and one without triangles are reported, and nothing changes
+    void remove(Point2* pVtx);
+
     // ---- queries
 
     /// @return the triangle that contains p, border and corners included; null beyond the convex hull, for a
@@ -104,6 +116,14 @@ public:
     /// @return a triangle that has both vertices as corners; null when they share no edge. Time: the smaller of the
     ///         two degrees
     Triangle2* getAdjacentTriangle(Point2* p0, Point2* p1) const;
+
+    /// Checks the neighbour links of all triangles and, on request, that no circumcircle contains a corner across one
+    /// of its triangle's edges. Reports on standard output: the first defect found, or that there is none. Linear time.
+    ///
+    /// @param bCheckEmptyCircle  whether to check the circles, too
+    /// @param s                  a name of the caller's choice, shown in the reports
+    /// @return whether there is no defect; true, with a warning, while there are no triangles
+    bool checkValidity(bool bCheckEmptyCircle, const std::string& s) const;
 
     // ---- output
 

@@ -1,0 +1,179 @@
+#include "core/Dt2.h"
+
+#include "output/Message.h"
+
+#include <iostream>
+
+namespace ZELK_QUOR2D
+{
+
+namespace
+{
+
+// A star of more triangles than this loses its corners in an order that leaves few circles to restore. Any order is
+// right; for smaller stars the simple one is faster.
+constexpr int kLargeStar = 32;
+
+} // namespace
+
+void Dt2::remove(Point2* pVtx, bool /*bInternal*/)
+{
+    if (!pVtx) {
+        reportWarning("Dt2::remove(..)", "pVtx==NULL, nothing to do");
+        return;
+    }
+    if (!isRemovable(pVtx)) {
+        reportWarning("Dt2::remove()", "trying to remove a vertex which does not belong to the triangulation");
+        std::cout << *pVtx << std::endl;
+        return;
+    }
+    const Star star = collectStar(pVtx);
+    if (star.bAtHull)
+        removeAtHull(pVtx, star);
+    else
+        removeInside(pVtx, star);
+    restoreCircles();
+    forgetVertex(pVtx);
+}
+
+// The address decides: a copy, and a vertex of another triangulation, may have the same coordinates.
+bool Dt2::isRemovable(const Point2* pVtx) const
+{
+    return vertexVault.contains(pVtx) && pVtx->getIncidentTriangle();
+}
+
+void Dt2::forgetVertex(Point2* pVtx)
+{
+    vertexVault.remove(pVtx);
+    if (pLastInserted == pVtx)
+        pLastInserted = nullptr;
+    QUOR2D_ASSERT(pVtx->getIncidentTriangle() == nullptr, "pVtx->getIncidentTriangle()==NULL");
+}
+
+// Goes round counterclockwise; where the hull ends that, clockwise from the start.
+Dt2::Star Dt2::collectStar(const Point2* pVtx)
+{
+    Triangle2* const pStart = pVtx->getIncidentTriangle();
+    Star star{pStart, 0, false};
+    Triangle2* pT = pStart;
+    // Both loops end: a star is finite.
+    do {
+        ++star.degree;
+        pT = pT->getOppositeTriangle(next(pT->getIntraTriangleIndex(pVtx)));
+    } while (pT && pT != pStart);
+    if (pT)
+        return star;
+    star.bAtHull = true;
+    while ((pT = star.pFirst->getOppositeTriangle(prev(star.pFirst->getIntraTriangleIndex(pVtx))))) {
+        star.pFirst = pT;
+        ++star.degree;
+    }
+    return star;
+}
+
+// ---- a vertex inside
+
+void Dt2::removeInside(Point2* pVtx, Star star)
+{
+    if (star.degree > kLargeStar)
+        flipByPower(pVtx, star, FLAT_REFUSED);
+    flipStar(pVtx, star, FLAT_REFUSED);
+    if (star.degree > 3)
+        flipStuckStar(pVtx, star);
+    mergeLastThree(pVtx, star.pFirst);
+}
+
+// Three triangles become one.
+//
+//           c                    c
+//          /|\                  / \          pT = (v,a,b), pT1 = (v,b,c), pT2 = (v,c,a);
+//         / v \      ->        /   \         afterwards pT = (a,b,c)
+//        / / \ \              /  T  \                                                     .
+//       a ----- b            a ----- b
+void Dt2::mergeLastThree(const Point2* pVtx, Triangle2* pT)
+{
+    const int i = pT->getIntraTriangleIndex(pVtx);
+    Triangle2* const pT1 = pT->getOppositeTriangle(next(i));
+    Triangle2* const pT2 = pT->getOppositeTriangle(prev(i));
+    const int i1 = pT1->getIntraTriangleIndex(pVtx);
+    Triangle2* const pAcrossAB = pT->getOppositeTriangle(i);
+    Triangle2* const pAcrossBC = pT1->getOppositeTriangle(i1);
+    Triangle2* const pAcrossCA = pT2->getOppositeTriangle(pT2->getIntraTriangleIndex(pVtx));
+    QUOR2D_ASSERT(pT1->getOppositeTriangle(next(i1)) == pT2, "vRemainingT.size()==3");
+    pT->setProperties(pT->getCorner(next(i)), pT->getCorner(prev(i)), pT1->getCorner(prev(i1)));
+    pT->setOppTriangle(0, pAcrossBC);
+    pT->setOppTriangle(1, pAcrossCA);
+    pT->setOppTriangle(2, pAcrossAB);
+    if (pAcrossBC)
+        pAcrossBC->setOppTriangle(pAcrossBC->getIntraTriangleIndex(pT1), pT);
+    if (pAcrossCA)
+        pAcrossCA->setOppTriangle(pAcrossCA->getIntraTriangleIndex(pT2), pT);
+    discardTriangle(pT1);
+    discardTriangle(pT2);
+}
+
+// ---- a vertex of the hull
+
+// Flips the vertex out of every triangle that stays; the others go away. What they leave uncovered lies beyond the hull
+// of the remaining vertices: no corner of the border between them is left that turns strictly outwards.
+//
+// Where an outer neighbour is missing the edge is hull on both of its sides. Then the remaining vertices are collinear,
+// all of them are corners of the star, and the triangulation is empty.
+void Dt2::removeAtHull(Point2* pVtx, Star star)
+{
+    if (star.degree > kLargeStar)
+        flipByPower(pVtx, star, FLAT_ALLOWED);
+    flipFan(pVtx, star);
+    for (Triangle2 *pT = star.pFirst, *pNext = nullptr; pT; pT = pNext) {
+        const int i = pT->getIntraTriangleIndex(pVtx);
+        pNext = pT->getOppositeTriangle(next(i));
+        Triangle2* const pOuter = pT->getOppositeTriangle(i);
+        if (pOuter)
+            pOuter->setOppTriangle(pOuter->getIntraTriangleIndex(pT), nullptr);
+        pT->getCorner(next(i))->setIncidentTriangle(pOuter);
+        pT->getCorner(prev(i))->setIncidentTriangle(pOuter);
+        discardTriangle(pT);
+        QUOR2D_ASSERT(pOuter || pNext || !hasTriangles(), "!hasTriangles()");
+    }
+    if (!mLongFans.empty())
+        mLongFans.clear();
+}
+
+// ---- circles
+
+// Restores the empty circles by edge flips (Lawson 1977), level by level, beginning with the edges that the flips of
+// the star made. The border of the hole needs no look at first: no circle outside has changed, and none of them
+// contains a vertex that is left.
+//
+// Takes the plain sign: with the rule for rectangles the two diagonals of a square would replace each other for ever.
+// Ends: every flip lowers the surface over the paraboloid that the mesh stands for, and there are finitely many.
+void Dt2::restoreCircles()
+{
+    while (!vSuspectEdges.empty()) {
+        for (const HullEdge& edge : vSuspectEdges) {
+            if (!isCircleViolated(edge.pT, edge.ith))
+                continue;
+            Triangle2* const pOpp = edge.pT->getOppositeTriangle(edge.ith);
+            flipEdge(edge.pT, edge.ith);
+            vSuspectNext.push_back(HullEdge{edge.pT, 0});
+            vSuspectNext.push_back(HullEdge{edge.pT, 2});
+            vSuspectNext.push_back(HullEdge{pOpp, 0});
+            vSuspectNext.push_back(HullEdge{pOpp, 1});
+        }
+        vSuspectEdges.clear();
+        vSuspectEdges.swap(vSuspectNext);
+    }
+}
+
+// An entry can be out of date, since a flip renumbers the edges of two triangles. It then names another edge, which
+// does no harm, and the flip has entered all sides of its quadrilateral again.
+bool Dt2::isCircleViolated(const Triangle2* pT, int ith)
+{
+    const Triangle2* const pOpp = pT->getOppositeTriangle(ith);
+    if (!pOpp)
+        return false;
+    const Point2* const pApex = pOpp->getCorner(pOpp->getIntraTriangleIndex(pT));
+    return predicates.inCircleSign(pT->getCorner(0), pT->getCorner(1), pT->getCorner(2), pApex) == ORI2_POSITIVE;
+}
+
+} // namespace ZELK_QUOR2D
