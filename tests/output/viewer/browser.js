@@ -35,11 +35,13 @@ class Browser {
         ];
         this.child = childProcess.spawn(program, flags, { stdio: ["ignore", "ignore", "ignore", "pipe", "pipe"] });
         this.waiting = new Map();
+        this.failure = null; // why no answer comes any more
         this.listeners = [];
         this.lastId = 0;
         this.buffered = [];
         this.child.stdio[4].on("data", (chunk) => this.receive(chunk));
         this.child.stdio[3].on("error", () => {});
+        this.child.on("error", (error) => this.failAll(error)); // it could not be started
         this.child.on("exit", (code) => this.failAll(new Error("Chromium ended with " + code)));
     }
 
@@ -70,6 +72,7 @@ class Browser {
     }
 
     failAll(error) {
+        this.failure = this.failure || error;
         for (const waiter of this.waiting.values()) {
             clearTimeout(waiter.timer);
             waiter.reject(error);
@@ -78,6 +81,8 @@ class Browser {
     }
 
     send(method, params, sessionId) {
+        if (this.failure)
+            return Promise.reject(this.failure);
         const id = ++this.lastId;
         return new Promise((resolve, reject) => {
             const timer = setTimeout(() => reject(new Error(method + " got no answer")), COMMAND_TIMEOUT_MS);
@@ -95,7 +100,7 @@ class Browser {
     }
 
     async close() {
-        if (this.child.exitCode === null && this.child.signalCode === null) {
+        if (this.child.pid && this.child.exitCode === null && this.child.signalCode === null) {
             const ended = new Promise((resolve) => this.child.once("exit", resolve));
             const timer = setTimeout(() => this.child.kill("SIGKILL"), 5000);
             this.send("Browser.close").catch(() => {});
