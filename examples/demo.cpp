@@ -144,8 +144,10 @@ int main(int argc, char** argv)
 
     drawMesh(vTriangles, coast, output + ".ps");
     dt.writeObj(output + ".obj");
+    dt.writeWebScene((output + "_web").c_str());
     std::cout << "Look at:\n"
               << "  " << output << ".ps   the mesh, land and sea, as a PostScript page\n"
-              << "  " << output << ".obj  the mesh for any 3D viewer, in kilometres\n";
+              << "  " << output << ".obj  the mesh for any 3D viewer, in kilometres\n"
+              << "  " << output << "_web/index.html  the mesh in a browser\n";
     return dt.is2D() ? EXIT_SUCCESS : EXIT_FAILURE;
 }
