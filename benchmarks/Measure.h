@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
+#include <malloc.h>
 #include <random>
 #include <string>
 #include <sys/wait.h>
@@ -57,6 +58,7 @@ Cost measure(Prepare prepare, Work work, Evaluate evaluate)
     const pid_t child = fork();
     if (child == 0) {
         const auto input = prepare();
+        malloc_trim(0); // what the parent has freed must not serve the work unseen
         Cost cost;
         const double before = residentMemory("VmRSS");
         const auto start = std::chrono::steady_clock::now();
