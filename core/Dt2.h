@@ -6,6 +6,7 @@
 #include "core/CoordinateSet.h"
 #include "core/HC2.h"
 #include "core/SimplePool.h"
+#include "core/StarRing.h"
 #include "core/VertexVault.h"
 #include "predicates/PredicateTest.h"
 
@@ -184,33 +185,23 @@ private:
     // ---- removal
     enum FlatTriangles { FLAT_REFUSED, FLAT_ALLOWED }; // at the vertex that goes away
     struct Star {
-        Triangle2* pFirst; // at the hull: the clockwise end
+        Triangle2* pT; // one of its triangles
         int degree;
-        bool bAtHull;
-    };
-    struct Ear {
-        double power;
-        Triangle2* pT; // (vertex, corner, next corner)
-        const Point2* pPrevCorner;
-        const Point2* pCorner;
-        const Point2* pNextCorner;
-        bool operator>(const Ear& other) const { return power > other.power; }
     };
     bool isRemovable(const Point2* pVtx) const;
-    static Star collectStar(const Point2* pVtx);
-    void removeInside(Point2* pVtx, Star star);
-    void removeAtHull(Point2* pVtx, Star star);
+    bool collectStar(const Point2* pVtx);
+    void fillRing(const Point2* pVtx, bool bClosed);
+    void removeInside(Point2* pVtx);
+    void removeAtHull(Point2* pVtx);
     void mergeLastThree(const Point2* pVtx, Triangle2* pT);
     void forgetVertex(Point2* pVtx);
     Triangle2* flipAway(Point2* pVtx, Triangle2* pT, FlatTriangles flatTriangles);
+    void flipInOrder(Point2* pVtx, Star& star, FlatTriangles flatTriangles);
     void flipStar(Point2* pVtx, Star& star, FlatTriangles flatTriangles);
-    void flipFan(Point2* pVtx, const Star& star);
+    void flipFan(Point2* pVtx, Triangle2* pFirst);
     void flipStuckStar(Point2* pVtx, Star& star);
     bool moveInsideStar(Point2* pVtx, const Star& star);
     bool isStrictlyInsideStar(const Point2& p, const Point2* pVtx, const Star& star);
-    void flipByPower(Point2* pVtx, Star& star, FlatTriangles flatTriangles);
-    void pushEar(const Point2* pVtx, Triangle2* pT);
-    static bool isCurrent(const Ear& ear, const Point2* pVtx);
     void restoreCircles();
     bool isCircleViolated(const Triangle2* pT, int ith);
 
@@ -241,7 +232,9 @@ private:
     std::vector<HullEdge> vVisibleHullEdges; // counterclockwise
     std::vector<HullEdge> vSuspectEdges;     // edges whose circles removal has to look at
     std::vector<HullEdge> vSuspectNext;
-    std::vector<Ear> vEars; // a heap
+    std::vector<Triangle2*> vStarCcw; // the star of a vertex that is removed, from its triangle on in both directions
+    std::vector<Triangle2*> vStarCw;
+    StarRing ring;
     Point2* pLastInserted = nullptr;
 
     // Hull neighbours of the few hull vertices whose fan of triangles is long, so that not every insertion beyond the

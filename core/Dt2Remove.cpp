@@ -1,7 +1,9 @@
 #include "core/Dt2.h"
 
+#include "core/Prefetch.h"
 #include "output/Message.h"
 
+#include <algorithm>
 #include <iostream>
 
 namespace ZELK_QUOR2D
@@ -10,9 +12,13 @@ namespace ZELK_QUOR2D
 namespace
 {
 
-// A star of more triangles than this loses its corners in an order that leaves few circles to restore. Any order is
-// right; for smaller stars the simple one is faster.
-constexpr int kLargeStar = 32;
+// The walk round a star waits for memory at each step. Meanwhile what removal is going to touch can arrive, too.
+void prefetchAround(const Triangle2* pT, int apex)
+{
+    prefetch(pT->getCorner(next(apex)));
+    prefetch(pT->getCorner(prev(apex)));
+    prefetch(pT->getOppositeTriangle(apex));
+}
 
 } // namespace
 
@@ -27,11 +33,10 @@ void Dt2::remove(Point2* pVtx, bool /*bInternal*/)
         std::cout << *pVtx << std::endl;
         return;
     }
-    const Star star = collectStar(pVtx);
-    if (star.bAtHull)
-        removeAtHull(pVtx, star);
+    if (collectStar(pVtx))
+        removeInside(pVtx);
     else
-        removeInside(pVtx, star);
+        removeAtHull(pVtx);
     restoreCircles();
     forgetVertex(pVtx);
 }
@@ -50,37 +55,64 @@ void Dt2::forgetVertex(Point2* pVtx)
     QUOR2D_ASSERT(pVtx->getIncidentTriangle() == nullptr, "pVtx->getIncidentTriangle()==NULL");
 }
 
-// Goes round counterclockwise; where the hull ends that, clockwise from the start.
-Dt2::Star Dt2::collectStar(const Point2* pVtx)
+// Fills the ring, at the hull from the clockwise end on. Walks in both directions at once until the two meet, or each
+// of them has met the hull.
+//
+// @return whether the star is closed
+bool Dt2::collectStar(const Point2* pVtx)
 {
-    Triangle2* const pStart = pVtx->getIncidentTriangle();
-    Star star{pStart, 0, false};
-    Triangle2* pT = pStart;
-    // Both loops end: a star is finite.
-    do {
-        ++star.degree;
-        pT = pT->getOppositeTriangle(next(pT->getIntraTriangleIndex(pVtx)));
-    } while (pT && pT != pStart);
-    if (pT)
-        return star;
-    star.bAtHull = true;
-    while ((pT = star.pFirst->getOppositeTriangle(prev(star.pFirst->getIntraTriangleIndex(pVtx))))) {
-        star.pFirst = pT;
-        ++star.degree;
+    vStarCcw.clear();
+    vStarCw.clear();
+    Triangle2* pCcw = pVtx->getIncidentTriangle();
+    Triangle2* pCw = pCcw;
+    vStarCcw.push_back(pCcw);
+    bool bClosed = false;
+    const auto stepOn = [&](Triangle2*& pT, bool bCcw) {
+        const int i = pT->getIntraTriangleIndex(pVtx);
+        prefetchAround(pT, i);
+        pT = pT->getOppositeTriangle(bCcw ? next(i) : prev(i));
+        bClosed = pT && pCcw == pCw;
+        if (pT && !bClosed)
+            (bCcw ? vStarCcw : vStarCw).push_back(pT);
+    };
+    // Ends: a star is finite.
+    while (!bClosed && (pCcw || pCw)) {
+        if (pCcw)
+            stepOn(pCcw, true);
+        if (pCw && !bClosed)
+            stepOn(pCw, false);
     }
-    return star;
+    fillRing(pVtx, bClosed);
+    return bClosed;
+}
+
+void Dt2::fillRing(const Point2* pVtx, bool bClosed)
+{
+    const auto add = [this, pVtx](Triangle2* pT) {
+        ring.add(pT->getCorner(next(pT->getIntraTriangleIndex(pVtx))), pT);
+    };
+    ring.start(pVtx);
+    std::for_each(vStarCw.rbegin(), vStarCw.rend(), add);
+    std::for_each(vStarCcw.begin(), vStarCcw.end(), add);
+    if (!bClosed) {
+        const Triangle2* const pLast = vStarCcw.back();
+        ring.add(pLast->getCorner(prev(pLast->getIntraTriangleIndex(pVtx))), nullptr);
+    }
+    ring.finish(bClosed);
 }
 
 // ---- a vertex inside
 
-void Dt2::removeInside(Point2* pVtx, Star star)
+void Dt2::removeInside(Point2* pVtx)
 {
-    if (star.degree > kLargeStar)
-        flipByPower(pVtx, star, FLAT_REFUSED);
-    flipStar(pVtx, star, FLAT_REFUSED);
+    Star star{ring.triangleAfter(0), static_cast<int>(ring.size())};
+    if (star.degree > 3) {
+        flipInOrder(pVtx, star, FLAT_REFUSED);
+        flipStar(pVtx, star, FLAT_REFUSED);
+    }
     if (star.degree > 3)
         flipStuckStar(pVtx, star);
-    mergeLastThree(pVtx, star.pFirst);
+    mergeLastThree(pVtx, star.pT);
 }
 
 // Three triangles become one.
@@ -119,12 +151,13 @@ void Dt2::mergeLastThree(const Point2* pVtx, Triangle2* pT)
 //
 // Where an outer neighbour is missing the edge is hull on both of its sides. Then the remaining vertices are collinear,
 // all of them are corners of the star, and the triangulation is empty.
-void Dt2::removeAtHull(Point2* pVtx, Star star)
+void Dt2::removeAtHull(Point2* pVtx)
 {
-    if (star.degree > kLargeStar)
-        flipByPower(pVtx, star, FLAT_ALLOWED);
-    flipFan(pVtx, star);
-    for (Triangle2 *pT = star.pFirst, *pNext = nullptr; pT; pT = pNext) {
+    Triangle2* const pFirst = ring.triangleAfter(0); // flips never take it away
+    Star star{pFirst, static_cast<int>(ring.size()) - 1};
+    flipInOrder(pVtx, star, FLAT_ALLOWED);
+    flipFan(pVtx, pFirst);
+    for (Triangle2 *pT = pFirst, *pNext = nullptr; pT; pT = pNext) {
         const int i = pT->getIntraTriangleIndex(pVtx);
         pNext = pT->getOppositeTriangle(next(i));
         Triangle2* const pOuter = pT->getOppositeTriangle(i);

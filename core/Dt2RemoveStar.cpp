@@ -14,7 +14,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <functional>
 #include <limits>
 
 namespace ZELK_QUOR2D
@@ -39,11 +38,6 @@ double randomOffset(double distance)
 Triangle2* nextAround(const Point2* pVtx, const Triangle2* pT)
 {
     return pT->getOppositeTriangle(next(pT->getIntraTriangleIndex(pVtx)));
-}
-
-bool hasCorner(const Triangle2* pT, const Point2* p)
-{
-    return pT->getCorner(0) == p || pT->getCorner(1) == p || pT->getCorner(2) == p;
 }
 
 } // namespace
@@ -86,19 +80,37 @@ Triangle2* Dt2::flipAway(Point2* pVtx, Triangle2* pT, FlatTriangles flatTriangle
     return pN;
 }
 
+// Takes corners away in the order of the ring. Corners that are refused, or that the ring knows nothing about, stay.
+void Dt2::flipInOrder(Point2* pVtx, Star& star, FlatTriangles flatTriangles)
+{
+    const int minDegree = flatTriangles == FLAT_ALLOWED ? 1 : 3;
+    // Ends: a corner that was refused is not named again before one of its neighbours has left.
+    while (star.degree > minDegree) {
+        const int corner = ring.takeNext();
+        if (corner == StarRing::kNone)
+            return;
+        Triangle2* const pLeft = flipAway(pVtx, ring.triangleAfter(corner), flatTriangles);
+        if (!pLeft)
+            continue;
+        ring.leave(corner);
+        star.pT = pLeft;
+        --star.degree;
+    }
+}
+
 // Takes corners away until three are left or none can go. Steps back after each flip: apart from the two corners next
 // to the one that went, whatever was refused before is refused still. So there are at most degree refusals and two
 // more for each flip.
 void Dt2::flipStar(Point2* pVtx, Star& star, FlatTriangles flatTriangles)
 {
-    int numOpen = star.degree; // triangles from pFirst on whose corner has not been refused
+    int numOpen = star.degree; // triangles from pT on whose corner has not been refused
     while (star.degree > 3 && numOpen > 0) {
-        if (Triangle2* const pLeft = flipAway(pVtx, star.pFirst, flatTriangles)) {
+        if (Triangle2* const pLeft = flipAway(pVtx, star.pT, flatTriangles)) {
             --star.degree;
-            star.pFirst = pLeft;
+            star.pT = pLeft;
             numOpen = std::min(std::max(numOpen, 2), star.degree);
         } else {
-            star.pFirst = nextAround(pVtx, star.pFirst);
+            star.pT = nextAround(pVtx, star.pT);
             --numOpen;
         }
     }
@@ -106,26 +118,28 @@ void Dt2::flipStar(Point2* pVtx, Star& star, FlatTriangles flatTriangles)
 
 // The same at the hull, from one end of the fan to the other. Flat triangles are allowed: they hold the vertex and go
 // away with it, and on the border of a grid there is no other way.
-void Dt2::flipFan(Point2* pVtx, const Star& star)
+void Dt2::flipFan(Point2* pVtx, Triangle2* pFirst)
 {
-    for (Triangle2* pT = star.pFirst; pT;) {
+    for (Triangle2* pT = pFirst; pT;) {
         Triangle2* const pLeft = flipAway(pVtx, pT, FLAT_ALLOWED);
         pT = pLeft ? pLeft : nextAround(pVtx, pT);
     }
 }
 
-// For a star of more than three triangles that refuses every flip: it has four corners, and the vertex lies on the
-// diagonals between them that are inside. (Of two corners that are not neighbours and can be cut off, each is refused
-// only when the vertex sees its two edges under 180 degrees or more, and the whole star has 360.)
+// For a star of more than three triangles that refuses every flip. It has four of them: every polygon has two corners,
+// not side by side, whose ears lie inside; such a corner is refused only when the vertex sees its two edges under 180
+// degrees or more; so two of them use up all of the 360. The vertex lies on the diagonal between the other two corners,
+// as in one removal of five from a grid.
 //
-// Moving the vertex helps if there is a place. If not, flat triangles are allowed: one flip leaves the vertex on an
-// edge of a triangle of three corners, which is strictly counterclockwise.
+// Moving the vertex helps where there is a place. If not, flat triangles are allowed: one flip leaves the vertex on an
+// edge of a strictly counterclockwise triangle of corners.
 void Dt2::flipStuckStar(Point2* pVtx, Star& star)
 {
     const Point2 saved(*pVtx);
     for (int move = 0; star.degree > 3 && move < kMaxMoves && moveInsideStar(pVtx, star); ++move)
         flipStar(pVtx, star, FLAT_REFUSED);
     flipStar(pVtx, star, FLAT_ALLOWED);
+    QUOR2D_ASSERT(star.degree == 3, "vRemainingT.size()==3");
     pVtx->coordX = saved.coordX;
     pVtx->coordY = saved.coordY;
 }
@@ -135,7 +149,7 @@ void Dt2::flipStuckStar(Point2* pVtx, Star& star)
 bool Dt2::moveInsideStar(Point2* pVtx, const Star& star)
 {
     double distance = std::numeric_limits<double>::infinity();
-    Triangle2* pT = star.pFirst;
+    Triangle2* pT = star.pT;
     for (int k = 0; k < star.degree; ++k, pT = nextAround(pVtx, pT)) {
         const Point2& corner = *pT->getCorner(next(pT->getIntraTriangleIndex(pVtx)));
         distance = std::min(distance, std::hypot(corner.x() - pVtx->x(), corner.y() - pVtx->y()));
@@ -157,80 +171,11 @@ bool Dt2::isStrictlyInsideStar(const Point2& p, const Point2* pVtx, const Star& 
 {
     if (!std::isfinite(p.x()) || !std::isfinite(p.y()))
         return false;
-    const Triangle2* pT = star.pFirst;
+    const Triangle2* pT = star.pT;
     for (int k = 0; k < star.degree; ++k, pT = nextAround(pVtx, pT))
         if (predicates.getOrientation2(pT, pT->getIntraTriangleIndex(pVtx), &p) != ORI2_POSITIVE)
             return false;
     return true;
-}
-
-// ---- large stars
-
-// Takes the corners of a large star away in the order in which they would leave it if the vertex were lifted, more and
-// more, off the paraboloid (Devillers 1999): the ear whose circle holds the vertex least deep goes first. But for
-// rounding no circle is left to restore, while arbitrary flips of a star of degree d could leave O(d * d) of them.
-//
-// Corners that are refused are left to the caller. O(d log d).
-void Dt2::flipByPower(Point2* pVtx, Star& star, FlatTriangles flatTriangles)
-{
-    vEars.clear();
-    Triangle2* pT = star.pFirst;
-    for (int k = 0; k < star.degree; ++k, pT = nextAround(pVtx, pT))
-        pushEar(pVtx, pT);
-    const int minDegree = star.bAtHull ? 1 : 3;
-    // Ends: every turn takes one ear, every flip adds two and makes the star smaller.
-    while (star.degree > minDegree && !vEars.empty()) {
-        std::pop_heap(vEars.begin(), vEars.end(), std::greater<Ear>());
-        const Ear ear = vEars.back();
-        vEars.pop_back();
-        if (!isCurrent(ear, pVtx))
-            continue;
-        Triangle2* const pLeft = flipAway(pVtx, ear.pT, flatTriangles);
-        if (!pLeft)
-            continue;
-        --star.degree;
-        if (star.pFirst == ear.pT)
-            star.pFirst = pLeft;
-        pushEar(pVtx, pLeft);
-        if (Triangle2* const pNext = nextAround(pVtx, pLeft))
-            pushEar(pVtx, pNext);
-    }
-}
-
-// The order only needs to be about right, so rounding errors do not matter here. @see flipAway()
-void Dt2::pushEar(const Point2* pVtx, Triangle2* pT)
-{
-    const int i = pT->getIntraTriangleIndex(pVtx);
-    const Triangle2* const pN = pT->getOppositeTriangle(prev(i));
-    if (!pN)
-        return;
-    const Point2* const a = pT->getCorner(next(i));
-    const Point2* const b = pT->getCorner(prev(i));
-    const Point2* const w = pN->getCorner(next(pN->getIntraTriangleIndex(pVtx)));
-    const double ax = a->x() - pVtx->x(), ay = a->y() - pVtx->y();
-    const double bx = b->x() - a->x(), by = b->y() - a->y();
-    const double wx = w->x() - a->x(), wy = w->y() - a->y();
-    const double area = bx * wy - by * wx;
-    if (!(area > 0.0))
-        return;
-    // Squared radius minus squared distance: zero at a, and linear in the lifted differences to a.
-    const double b2 = bx * bx + by * by, w2 = wx * wx + wy * wy;
-    const double power = -(ax * ax + ay * ay) - (ax * (b2 * wy - w2 * by) + ay * (bx * w2 - wx * b2)) / area;
-    if (!std::isfinite(power))
-        return;
-    vEars.push_back(Ear{power, pT, w, a, b});
-    std::push_heap(vEars.begin(), vEars.end(), std::greater<Ear>());
-}
-
-// Whether the ear is still there. Flips leave entries behind.
-bool Dt2::isCurrent(const Ear& ear, const Point2* pVtx)
-{
-    if (!hasCorner(ear.pT, pVtx))
-        return false;
-    const int i = ear.pT->getIntraTriangleIndex(pVtx);
-    const Triangle2* const pN = ear.pT->getOppositeTriangle(prev(i));
-    return ear.pT->getCorner(next(i)) == ear.pCorner && ear.pT->getCorner(prev(i)) == ear.pNextCorner && pN &&
-           pN->getCorner(next(pN->getIntraTriangleIndex(pVtx))) == ear.pPrevCorner;
 }
 
 } // namespace ZELK_QUOR2D

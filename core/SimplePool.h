@@ -64,11 +64,12 @@ public:
     /// The number of elements handed out so far.
     std::size_t numberOfElements() const { return fullBlocks + static_cast<std::size_t>(currentIndex + 1); }
 
-    /// Whether `p` is the address of an element that was handed out. One comparison per block.
+    /// Whether `p` is the address of an element that was handed out. One comparison per block, the last and
+    /// largest ones first.
     bool contains(const T* p) const
     {
         const std::less<const T*> before;
-        for (std::size_t b = 0; b < vBlocks.size(); ++b) {
+        for (std::size_t b = vBlocks.size(); b-- > 0;) {
             const int used = usedElements(b);
             if (before(p, vBlocks[b]) || !before(p, vBlocks[b] + used))
                 continue;

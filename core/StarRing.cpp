@@ -1,0 +1,109 @@
+#include "core/StarRing.h"
+
+#include <algorithm>
+#include <functional>
+
+namespace ZELK_QUOR2D
+{
+
+void StarRing::start(const Point2* pVtx)
+{
+    pCenter = pVtx;
+    vCorners.clear();
+    vHeap.clear();
+}
+
+void StarRing::add(const Point2* pCorner, Triangle2* pT)
+{
+    const double x = pCorner->x() - pCenter->x();
+    const double y = pCorner->y() - pCenter->y();
+    const int index = static_cast<int>(vCorners.size());
+    vCorners.push_back(Corner{x, y, x * x + y * y, 0.0, kNever, index - 1, index + 1, pT});
+}
+
+void StarRing::finish(bool bClosed)
+{
+    const int last = static_cast<int>(vCorners.size()) - 1;
+    vCorners.front().prev = bClosed ? last : kNone;
+    vCorners.back().next = bClosed ? 0 : kNone;
+    for (Corner& corner : vCorners) {
+        if (corner.next == kNone)
+            continue;
+        const Corner& follower = at(corner.next);
+        corner.cross = corner.x * follower.y - corner.y * follower.x;
+    }
+    for (int i = 0; i <= last; ++i)
+        computePower(i);
+}
+
+// The height, over the vertex, of the plane through the three lifted corners of the ear: squared radius minus squared
+// distance to the centre. Whatever is not a number stays out, and is left to the caller.
+void StarRing::computePower(int corner)
+{
+    Corner& a = at(corner);
+    a.power = kNever;
+    if (a.prev == kNone || a.next == kNone)
+        return;
+    const Corner& w = at(a.prev);
+    const Corner& b = at(a.next);
+    const double crossBW = b.x * w.y - b.y * w.x;
+    const double area = a.cross + crossBW + w.cross;
+    const double power = (w.height * a.cross + a.height * crossBW + b.height * w.cross) / area;
+    if (!(area > 0.0 && power < kNever))
+        return;
+    a.power = power;
+    if (vCorners.size() >= kHeapFrom) {
+        vHeap.emplace_back(power, corner);
+        std::push_heap(vHeap.begin(), vHeap.end(), std::greater<HeapEntry>());
+    }
+}
+
+int StarRing::takeNext()
+{
+    return vCorners.size() >= kHeapFrom ? takeFromHeap() : takeSmallest();
+}
+
+int StarRing::takeSmallest()
+{
+    int best = kNone;
+    double bestPower = kNever;
+    for (std::size_t i = 0; i < vCorners.size(); ++i) {
+        if (vCorners[i].power < bestPower) {
+            bestPower = vCorners[i].power;
+            best = static_cast<int>(i);
+        }
+    }
+    if (best != kNone)
+        at(best).power = kNever;
+    return best;
+}
+
+int StarRing::takeFromHeap()
+{
+    while (!vHeap.empty()) {
+        std::pop_heap(vHeap.begin(), vHeap.end(), std::greater<HeapEntry>());
+        const HeapEntry entry = vHeap.back();
+        vHeap.pop_back();
+        Corner& corner = at(entry.second);
+        if (corner.power != entry.first)
+            continue; // it has left, or a neighbour has
+        corner.power = kNever;
+        return entry.second;
+    }
+    return kNone;
+}
+
+void StarRing::leave(int corner)
+{
+    const int prev = at(corner).prev;
+    const int next = at(corner).next;
+    Corner& w = at(prev);
+    Corner& b = at(next);
+    w.next = next;
+    b.prev = prev;
+    w.cross = w.x * b.y - w.y * b.x;
+    computePower(prev);
+    computePower(next);
+}
+
+} // namespace ZELK_QUOR2D
