@@ -42,7 +42,6 @@ private:
     };
 
     int numBits;
-    int firstShift;
     std::uint64_t gridSize; // 2^(numBits/2) cells on each axis
     Axis axisX;
     Axis axisY;
