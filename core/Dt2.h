@@ -54,7 +54,9 @@ public:
     ///
     /// A vertex that does not belong to the triangulation, or has no triangle, is reported and nothing changes.
     ///
-    /// @param bInternal  true when the library itself asks, which may remove what callers may not
+    /// @param bInternal  true when the library itself asks: it may remove what callers may not, and circles across the
+    ///                   border of the hole, which locked edges at the vertex may have kept from being empty, are
+    ///                   restored, too
     void remove(Point2* pVtx, bool bInternal);
 
     /// Flips the edge from the vertex to the next corner of pT if both new triangles are strictly counterclockwise;
@@ -196,12 +198,14 @@ private:
     void mergeLastThree(const Point2* pVtx, Triangle2* pT);
     void forgetVertex(Point2* pVtx);
     Triangle2* flipAway(Point2* pVtx, Triangle2* pT, FlatTriangles flatTriangles);
+    Triangle2* takeCornerAway(Point2* pVtx, Triangle2* pT, FlatTriangles flatTriangles);
     void flipInOrder(Point2* pVtx, Star& star, FlatTriangles flatTriangles);
     void flipStar(Point2* pVtx, Star& star, FlatTriangles flatTriangles);
     void flipFan(Point2* pVtx, Triangle2* pFirst);
     void flipStuckStar(Point2* pVtx, Star& star);
     bool moveInsideStar(Point2* pVtx, const Star& star);
     bool isStrictlyInsideStar(const Point2& p, const Point2* pVtx, const Star& star);
+    void suspectBorderOfStar(const Point2* pVtx);
     void restoreCircles();
     bool isCircleViolated(const Triangle2* pT, int ith);
 

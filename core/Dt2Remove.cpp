@@ -22,7 +22,7 @@ void prefetchAround(const Triangle2* pT, int apex)
 
 } // namespace
 
-void Dt2::remove(Point2* pVtx, bool /*bInternal*/)
+void Dt2::remove(Point2* pVtx, bool bInternal)
 {
     if (!pVtx) {
         reportWarning("Dt2::remove(..)", "pVtx==NULL, nothing to do");
@@ -33,7 +33,10 @@ void Dt2::remove(Point2* pVtx, bool /*bInternal*/)
         std::cout << *pVtx << std::endl;
         return;
     }
-    if (collectStar(pVtx))
+    const bool bClosed = collectStar(pVtx);
+    if (bInternal)
+        suspectBorderOfStar(pVtx);
+    if (bClosed)
         removeInside(pVtx);
     else
         removeAtHull(pVtx);
@@ -174,9 +177,21 @@ void Dt2::removeAtHull(Point2* pVtx)
 
 // ---- circles
 
+// Where the vertex ended locked edges, circles beyond them reached across it to what they could not see, and now can.
+// Flips of the star leave the entries valid: they change what lies on the inner side only.
+void Dt2::suspectBorderOfStar(const Point2* pVtx)
+{
+    const auto suspect = [this, pVtx](Triangle2* pT) {
+        if (Triangle2* const pOuter = pT->getOppositeTriangle(pT->getIntraTriangleIndex(pVtx)))
+            vSuspectEdges.push_back(HullEdge{pOuter, pOuter->getIntraTriangleIndex(pT)});
+    };
+    std::for_each(vStarCw.begin(), vStarCw.end(), suspect);
+    std::for_each(vStarCcw.begin(), vStarCcw.end(), suspect);
+}
+
 // Restores the empty circles by edge flips (Lawson 1977), level by level, beginning with the edges that the flips of
-// the star made. The border of the hole needs no look at first: no circle outside has changed, and none of them
-// contains a vertex that is left.
+// the star made. Around a vertex that ended no locked edge the border of the hole needs no look at first: no circle
+// outside has changed, and none of them contains a vertex that is left.
 //
 // Takes the plain sign: with the rule for rectangles the two diagonals of a square would replace each other for ever.
 // Ends: every flip lowers the surface over the paraboloid that the mesh stands for, and there are finitely many.

@@ -76,8 +76,16 @@ Triangle2* Dt2::flipAway(Point2* pVtx, Triangle2* pT, FlatTriangles flatTriangle
     b->setIncidentTriangle(pT);
     w->setIncidentTriangle(pT);
     pVtx->setIncidentTriangle(pN);
-    vSuspectEdges.push_back(HullEdge{pT, 0});
     return pN;
+}
+
+// The same, and the new edge is to be looked at when the vertex has gone.
+Triangle2* Dt2::takeCornerAway(Point2* pVtx, Triangle2* pT, FlatTriangles flatTriangles)
+{
+    Triangle2* const pLeft = flipAway(pVtx, pT, flatTriangles);
+    if (pLeft)
+        vSuspectEdges.push_back(HullEdge{pT, 0});
+    return pLeft;
 }
 
 // Takes corners away in the order of the ring. Corners that are refused, or that the ring knows nothing about, stay.
@@ -89,7 +97,7 @@ void Dt2::flipInOrder(Point2* pVtx, Star& star, FlatTriangles flatTriangles)
         const int corner = ring.takeNext();
         if (corner == StarRing::kNone)
             return;
-        Triangle2* const pLeft = flipAway(pVtx, ring.triangleAfter(corner), flatTriangles);
+        Triangle2* const pLeft = takeCornerAway(pVtx, ring.triangleAfter(corner), flatTriangles);
         if (!pLeft)
             continue;
         ring.leave(corner);
@@ -105,7 +113,7 @@ void Dt2::flipStar(Point2* pVtx, Star& star, FlatTriangles flatTriangles)
 {
     int numOpen = star.degree; // triangles from pT on whose corner has not been refused
     while (star.degree > 3 && numOpen > 0) {
-        if (Triangle2* const pLeft = flipAway(pVtx, star.pT, flatTriangles)) {
+        if (Triangle2* const pLeft = takeCornerAway(pVtx, star.pT, flatTriangles)) {
             --star.degree;
             star.pT = pLeft;
             numOpen = std::min(std::max(numOpen, 2), star.degree);
@@ -121,7 +129,7 @@ void Dt2::flipStar(Point2* pVtx, Star& star, FlatTriangles flatTriangles)
 void Dt2::flipFan(Point2* pVtx, Triangle2* pFirst)
 {
     for (Triangle2* pT = pFirst; pT;) {
-        Triangle2* const pLeft = flipAway(pVtx, pT, FLAT_ALLOWED);
+        Triangle2* const pLeft = takeCornerAway(pVtx, pT, FLAT_ALLOWED);
         pT = pLeft ? pLeft : nextAround(pVtx, pT);
     }
 }

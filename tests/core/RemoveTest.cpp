@@ -344,6 +344,30 @@ TEST(Remove, TryFlipAwayRefusesFlatTriangles)
     expectValid(dt, options);
 }
 
+// Where edges were locked, circles beyond the star of the vertex need not be empty; its removal ends that.
+TEST(Remove, InternalRemovalLooksBeyondTheStar)
+{
+    int numWithoutLook = 0;
+    for (int round = 0; round < 100; ++round) {
+        for (const bool bInternal : {false, true}) {
+            Dt2 dt(20);
+            Random points(static_cast<unsigned int>(round));
+            for (int i = 0; i < 15; ++i)
+                dt.insert(uniformPoint(points));
+            Point2* const pVtx = dt.insert(Point2(0.5, 0.5));
+            Triangle2* const pT = pVtx->getIncidentTriangle();
+            if (!dt.tryFlipAway(pVtx, pT))
+                continue; // now the vertex lies inside the circle of pT
+            dt.remove(pVtx, bInternal);
+            if (bInternal)
+                EXPECT_TRUE(isValidMesh(dt)) << round;
+            else
+                numWithoutLook += isValidMesh(dt) ? 0 : 1;
+        }
+    }
+    EXPECT_GT(numWithoutLook, 0) << "the test shows nothing";
+}
+
 // Hubs lose their corners in another order than ordinary vertices.
 TEST(Remove, Hubs)
 {
@@ -497,4 +521,16 @@ TEST(Remove, MixedWithInsertionsCocircular)
 TEST(Remove, MixedWithInsertionsClustered)
 {
     mixInsertionsAndRemovals("clustered", clusteredPoint, 2000, 60);
+}
+
+// The keys of the order underflow or overflow, so corners go in arbitrary order and circles are left to restore.
+TEST(Remove, MixedWithInsertionsOfExtremeMagnitude)
+{
+    for (const double scale : {1e-300, 1e-165, 1e80, 1e155, 1e300}) {
+        const auto scaled = [scale](Random& random) {
+            const Point2 p = uniformPoint(random);
+            return Point2(scale * p.x(), scale * p.y());
+        };
+        mixInsertionsAndRemovals("extreme", scaled, 250, 25);
+    }
 }
