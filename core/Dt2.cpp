@@ -28,7 +28,10 @@ Dt2::Dt2(unsigned int numExpectedVertices)
     trianglePool.init(firstBlockSize(2 * n + 10, SimplePool<Triangle2>::kMaximumBlock), -1);
 }
 
-Dt2::~Dt2() = default;
+Dt2::~Dt2()
+{
+    destroyConstraints();
+}
 
 void Dt2::setName(const std::string& newName)
 {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Bbox2.h"
+#include "ConstraintInsertionStrategy.h"
 #include "Point2.h"
 #include "Triangle2.h"
 #include "core/CoordinateSet.h"
@@ -19,10 +20,18 @@
 namespace ZELK_QUOR2D
 {
 
+class ConstraintGraph2;
+class ConstraintMgr;
+class ConstraintSegment2;
+class IncidentTriangles;
+class Segment2;
+struct SegmentTrace;
+
 /// The triangulation behind Quor_2D: owns vertices and triangles and changes them.
 ///
 /// The methods live with their subject: Dt2.cpp (life and simple queries), Dt2Locate.cpp, Dt2Insert.cpp,
-/// Dt2Bootstrap.cpp, Dt2Remove.cpp and Dt2RemoveStar.cpp, Dt2Validity.cpp, Dt2Output.cpp.
+/// Dt2Bootstrap.cpp, Dt2Remove.cpp and Dt2RemoveStar.cpp, Dt2Validity.cpp, Dt2Output.cpp, and in constraints/ the
+/// forcing of segments into the mesh.
 class Dt2
 {
 public:
@@ -82,6 +91,14 @@ public:
     Bbox2 computeBoundingBox() const;
     Triangle2* getAdjacentTriangle(Point2* p0, Point2* p1) const;
 
+    // ---- constraints (constraints/Dt2Constraints.cpp)
+
+    ConstraintGraph2* createConstraint(const std::vector<Segment2>& vSegments, ConstraintInsertionStrategy cis);
+    void applyConstraintsAndZones();
+    bool isConstraint(const Point2* p0, const Point2* p1) const;
+    bool isConstraint(const Triangle2* pT, int ith) const;
+    void createArbitraryTriangles(const std::vector<Point2>& vPoints);
+
     // ---- output (Dt2Output.cpp)
 
     void show(const std::string& filename) const;
@@ -116,7 +133,8 @@ public:
     Triangle2* insertVertex(Point2** pHandle, Triangle2* pT, int intState);
     Triangle2* insertOutsideHull(Point2* pVtx, Triangle2* pT, int ith);
 
-    /// Restores the empty circles around the newest vertex, see Dt2Insert.cpp.
+    /// Restores the empty circles around the newest vertex, see Dt2Insert.cpp. Live constraint edges stay, but for
+    /// those that the vertex lies on; they are split there.
     void legalize();
 
     /// A triangle with these corners, recycled if possible. A clockwise order is reported and ends the process.
@@ -127,6 +145,57 @@ public:
 
     /// Flips the edge opposite corner ith of pT. Afterwards that corner is corner 0 of both triangles.
     void flipEdge(Triangle2* pT, int ith);
+
+    // ---- what other parts of the library ask and do about constraints (constraints/)
+
+    /// Made on first use.
+    ConstraintMgr& constraintMgr();
+
+    /// The live segment between two vertices, in any order, or null.
+    ConstraintSegment2* findConstraintSegment(const Point2* p0, const Point2* p1) const;
+
+    /// Whether the vertex is an end of a constraint segment, live or split.
+    static bool isConstraintVertex(const Point2* p) { return p && (p->marks & VM_CONSTRAINT); }
+
+    /// Whether edge ith of pT is a live constraint edge that may not be flipped.
+    bool isLockedEdge(const Triangle2* pT, int ith) const
+    {
+        return bHasConstraints && joinsConstraintVertices(pT, ith) && isLockedSegment(pT, ith);
+    }
+
+    /// Forces one segment in as a chain of edges: splits it at vertices that lie on it and where it crosses others.
+    void insertConstraintSegmentIgnoreDelaunay(ConstraintSegment2* pCSeg);
+
+    /// One step towards Delaunay edges: splits the segment at most once.
+    void insertConstraintSegmentKeepDelaunay(ConstraintSegment2* pCSeg);
+
+    /// Makes p0-p1 an edge. @return null, or an existing vertex on the open segment; then nothing has changed
+    Point2* treatConstraintZone(Point2* p0, Point2* p1);
+
+    /// Restores the empty circles by flips that start from these triangles; locked edges stay. Empties the list.
+    void flipToMatchCDT(std::vector<Triangle2*>& vWork);
+
+    /// Inserts a point on a live segment, or as near to it as coordinates allow; its edge may be flipped meanwhile.
+    /// The segment is not split yet; finishSplit() must follow the split.
+    ///
+    /// @param pStart  where the walk starts
+    /// @return the vertex there, which may be an end of the segment
+    Point2* insertReleased(const ConstraintSegment2* pCSeg, const Point2& p, Triangle2* pStart);
+
+    /// After a split: restores the circles where the old edge still stands, and makes constrained pieces edges.
+    void finishSplit(const ConstraintSegment2* pParentCSeg);
+
+    /// Removes the vertices made by refinement that lie nearer to pSplit than the root of squaredRadius.
+    void removeSplitVerticesNear(Point2* pSplit, double squaredRadius);
+
+    /// Appends those vertices.
+    void collectSplitVerticesNear(Point2* pSplit, double squaredRadius, std::vector<Point2*>& vVertices) const;
+
+    /// While true no live constraint edge of either strategy is flipped; else only constrained ones stay.
+    bool bLockConformingEdges = false;
+
+    bool bHasConstraints = false;         ///< whether there is, or was, any segment
+    std::size_t numConstraintChanges = 0; ///< counts changes of the mesh made for constraints
 
     /// A triangle near p from which a walk is short. The triangulation has triangles.
     ///
@@ -212,6 +281,35 @@ private:
     // ---- validity
     bool checkCircles(const std::vector<Triangle2*>& vTriangles, const std::string& place);
 
+    // ---- flips beside constraints
+    template <bool bWithConstraints>
+    void legalizeWith();
+    static bool joinsConstraintVertices(const Triangle2* pT, int ith)
+    {
+        return pT->getCorner(next(ith))->marks & pT->getCorner(prev(ith))->marks & VM_CONSTRAINT;
+    }
+    bool isLockedSegment(const Triangle2* pT, int ith) const;
+    bool isLocked(const ConstraintSegment2* pCSeg) const;
+    bool isKeptByConstraint(const Triangle2* pT);
+    void splitSegmentUnder(Point2* pVtx);
+
+    // ---- constraint segments
+    class CavityFiller;
+    void traceSegment(Point2* p0, Point2* p1, bool bStopAtConstraints, SegmentTrace& trace);
+    void findTraceStart(Point2* p0, Point2* p1, SegmentTrace& trace);
+    void examineFan(const IncidentTriangles& around, Point2* pFrom, Point2* pTo, SegmentTrace& trace);
+    void followSegment(bool bStopAtConstraints, SegmentTrace& trace);
+    void recoverEdge(const SegmentTrace& trace);
+    void insertPiece(ConstraintSegment2* pCSeg, std::vector<ConstraintSegment2*>& vStack, SegmentTrace& trace);
+    void splitAtMidpoint(ConstraintSegment2* pCSeg, Triangle2* pStart);
+    void flipIllegalEdge(Triangle2* pT, std::vector<Triangle2*>& vChanged);
+    Point2* insertAt(const Point2& p, Triangle2* pStart);
+    void restoreFormerEdge(Point2* p0, Point2* p1);
+    bool splitAtCrossing(ConstraintSegment2* pCSeg, ConstraintSegment2* pOther, Triangle2* pStart, const char* where);
+    void giveUp(ConstraintSegment2* pCSeg, const char* where);
+    double conformingTolerance() const;
+    void destroyConstraints();
+
     // ---- growing box and bootstrap
     void growBoxes(const Point2& p);
     void rebuildOrderingIfLeft(const Point2& minPoint, const Point2& maxPoint);
@@ -251,6 +349,10 @@ private:
     Point2* pCollected0 = nullptr;
     Point2* pCollected1 = nullptr;
     Point2* pOffLine = nullptr; // not collinear with these two
+
+    ConstraintMgr* pConstraintMgr = nullptr; // owned
+    const ConstraintSegment2* pReleasedSegment = nullptr;
+    ConstraintSegment2* pSegmentUnderVertex = nullptr; // found by legalize() under the newest vertex
 
     bool bMultithreading = false;
     std::string name;

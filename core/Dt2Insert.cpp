@@ -405,12 +405,15 @@ void Dt2::updateHullNeighbors(Point2* pVtx)
 // Restores the empty circles around the newest vertex p by edge flips (Lawson 1977), level by level.
 // Invariant: every listed triangle has p at corner 0, so only its edge 0 can be illegal.
 // Ends: each flip raises the degree of p, and p is joined to a vertex at most once.
-void Dt2::legalize()
+template <bool bWithConstraints>
+void Dt2::legalizeWith()
 {
     while (!vFlipCurrent.empty()) {
         for (Triangle2* pT : vFlipCurrent) {
             Triangle2* pOpp = pT->getOppositeTriangle(0);
             if (!pOpp || !predicates.circleInc(pOpp, pT->getCorner(0)))
+                continue;
+            if (bWithConstraints && joinsConstraintVertices(pT, 0) && isKeptByConstraint(pT))
                 continue;
             flipEdge(pT, 0);
             vFlipNext.push_back(pT);
@@ -419,6 +422,20 @@ void Dt2::legalize()
         vFlipCurrent.clear();
         vFlipCurrent.swap(vFlipNext);
     }
+}
+
+void Dt2::legalize()
+{
+    if (!bHasConstraints) {
+        legalizeWith<false>();
+        return;
+    }
+    if (vFlipCurrent.empty())
+        return;
+    Point2* const pVtx = vFlipCurrent.front()->getCorner(0);
+    legalizeWith<true>();
+    if (pSegmentUnderVertex)
+        splitSegmentUnder(pVtx);
 }
 
 //        b                    b

@@ -1,6 +1,7 @@
 #include "Quor_2D.h"
 
 #include "core/Dt2.h"
+#include "output/Message.h"
 
 #include <cstdlib>
 #include <iostream>
@@ -124,6 +125,36 @@ Triangle2* Quor_2D::getAdjacentTriangle(Point2* p0, Point2* p1) const
 bool Quor_2D::checkValidity(bool bCheckEmptyCircle, const std::string& s) const
 {
     return guarded([&] { return pDt2->checkValidity(bCheckEmptyCircle, s); });
+}
+
+ConstraintGraph2* Quor_2D::createConstraint(const std::vector<Segment2>& vSegments, ConstraintInsertionStrategy cis)
+{
+    if (vSegments.empty()) {
+        reportWarning("Quor_2D::createConstraint()", "You have not supplied any segments. Returning NULL!");
+        return nullptr;
+    }
+    return guarded([&] { return pDt2->createConstraint(vSegments, cis); });
+}
+
+void Quor_2D::applyConstraintsAndZones()
+{
+    if (!is2D()) {
+        reportWarning("Quor2D::applyConstraintsAndZones()",
+                      "The triangulation is not 2D yet, can't apply the constraints");
+        return;
+    }
+    guarded([&] { pDt2->applyConstraintsAndZones(); });
+}
+
+bool Quor_2D::isConstraint(Point2* p0, Point2* p1) const
+{
+    return pDt2->isConstraint(p0, p1);
+}
+
+bool Quor_2D::isConstraint(Triangle2* pT, int ith) const
+{
+    QUOR2D_ASSERT(ith >= 0 && ith < 3, "checkRange(ith)");
+    return pDt2->isConstraint(pT, ith);
 }
 
 void Quor_2D::show(const std::string& filename) const

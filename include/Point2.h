@@ -65,6 +65,7 @@ public:
     }
 
 private:
+    friend class ConstraintMgr;
     friend class Dt2;
     friend class VertexVault;
 

@@ -4,6 +4,9 @@
 #include "Bbox2.h"
 #include "Circle2.h"
 #include "Color.h"
+#include "ConstraintGraph2.h"
+#include "ConstraintInsertionStrategy.h"
+#include "ConstraintSegment2.h"
 #include "FileOutput.h"
 #include "Label.h"
 #include "Point2.h"
@@ -124,6 +127,31 @@ public:
     /// @param s                  a name of the caller's choice, shown in the reports
     /// @return whether there is no defect; true, with a warning, while there are no triangles
     bool checkValidity(bool bCheckEmptyCircle, const std::string& s) const;
+
+    // ---- constraints
+
+    /// Inserts the ends of the segments as points and makes one constraint graph of the segments. They become edges
+    /// with the next applyConstraintsAndZones(). A segment requested before, in either direction, is shared, and keeps
+    /// the strategy of the first request. Near-linear time.
+    ///
+    /// @return the graph, which belongs to the triangulation; null, with a warning, for an empty list. Segments whose
+    ///         ends coincide, and segments with a non-finite coordinate, are reported and left out
+    ConstraintGraph2* createConstraint(const std::vector<Segment2>& vSegments, ConstraintInsertionStrategy cis);
+
+    /// Forces every constraint segment into the mesh. Afterwards each alive segment is an edge, but for those that were
+    /// given up with a warning at the limit of double precision. Segments are split where vertices lie on them, where
+    /// they cross (both, at the crossing point rounded to doubles) and, with CIS_CONFORMING_DELAUNAY, at midpoints
+    /// (recovery by cavities, Anglada 1997). While the triangulation is not two-dimensional a warning is all that
+    /// happens.
+    ///
+    /// Points inserted later leave the edges alone or split them.
+    void applyConstraintsAndZones();
+
+    /// Whether an alive constraint segment joins two vertices, in either order. O(1).
+    bool isConstraint(Point2* p0, Point2* p1) const;
+
+    /// Whether edge ith (0 to 2) of a triangle is a constraint.
+    bool isConstraint(Triangle2* pT, int ith) const;
 
     // ---- output
 

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "ConstraintGraph2.h"
+#include "ConstraintSegment2.h"
+#include "Point2.h"
+#include "Segment2.h"
+#include "constraints/SegmentIndex.h"
+
+#include <cstddef>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+namespace ZELK_QUOR2D
+{
+
+class Dt2;
+
+/// The constraints of one triangulation: owns every segment and every graph, and answers which edges are constraints.
+class ConstraintMgr
+{
+public:
+    explicit ConstraintMgr(Dt2* pTriangulation) : pDt2(pTriangulation) {}
+    ~ConstraintMgr();
+    ConstraintMgr(const ConstraintMgr&) = delete;
+    ConstraintMgr& operator=(const ConstraintMgr&) = delete;
+
+    // ---- building
+
+    /// Inserts the ends of the segments as points and makes one graph of the segments. Nothing is forced in yet.
+    ConstraintGraph2* createConstraint(const std::vector<Segment2>& vSegments, ConstraintInsertionStrategy cis);
+
+    /// The alive segment between two different vertices, whatever its strategy, or a new one.
+    ConstraintSegment2* findOrCreateSegment(Point2* p0, Point2* p1, ConstraintInsertionStrategy cis);
+
+    /// Called for each split, perhaps several times.
+    void recordSplit(ConstraintSegment2* pParentCSeg, ConstraintSegment2* pCSeg0, ConstraintSegment2* pCSeg1);
+
+    // ---- forcing into the mesh (ConstraintApply.cpp)
+
+    /// Forces every alive segment into the triangulation, pass by pass, until a look at all of them finds each to be
+    /// an edge. Pieces that cannot be split any further are left out with a warning.
+    void apply();
+
+    /// Leaves a piece alone until the next apply().
+    void giveUp(const ConstraintSegment2* pCSeg) { sGivenUp.insert(pCSeg); }
+
+    // ---- queries
+
+    /// The alive segment between two vertices, in any order, or null. O(1).
+    ConstraintSegment2* findSegment(const Point2* p0, const Point2* p1) const
+    {
+        return p0 && p1 ? segmentIndex.find(p0, p1) : nullptr;
+    }
+    bool isConstraint(const Point2* p0, const Point2* p1) const { return findSegment(p0, p1) != nullptr; }
+
+    std::size_t numberOfLiveSegments() const { return segmentIndex.size(); }
+
+    /// Replaces the contents of the vector by the alive segments, ordered by the addresses of their ends.
+    void getLiveSegments(std::vector<ConstraintSegment2*>& vLive) const;
+
+    const std::vector<ConstraintGraph2*>& graphs() const { return vGraphs; }
+
+    /// Writes the alive pieces to the file prefix + "_c" + number + ".con", one line "x0 TAB y0 TAB x1 TAB y1" each,
+    /// with 17 significant digits.
+    void writeConstraints(const std::string& prefix, int number) const;
+
+private:
+    friend class ConstraintSegment2;
+
+    ConstraintSegment2* newSegment(Point2* pLower, Point2* pHigher, ConstraintInsertionStrategy cis);
+    void adopt(ConstraintSegment2* pCSeg);
+    void insertPending(ConstraintSegment2* pCSeg, std::vector<ConstraintSegment2*>& vNext);
+    bool isInsertable(const ConstraintSegment2* pCSeg) const;
+    void collectWork(std::vector<ConstraintSegment2*>& vWork) const;
+    void collectMissing(std::vector<ConstraintSegment2*>& vWork) const;
+
+    Dt2* pDt2;
+    std::vector<ConstraintSegment2*> vSegments; // all nodes of all split trees; what owns them
+    std::vector<ConstraintGraph2*> vGraphs;     // owned
+    SegmentIndex segmentIndex;                  // the alive ones
+    std::unordered_set<const ConstraintSegment2*> sGivenUp;
+};
+
+} // namespace ZELK_QUOR2D

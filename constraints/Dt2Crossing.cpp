@@ -1,0 +1,88 @@
+#include "ConstraintSegment2.h"
+#include "constraints/ConstraintMgr.h"
+#include "constraints/SegmentCrossing.h"
+#include "core/Dt2.h"
+#include "output/Message.h"
+
+namespace ZELK_QUOR2D
+{
+
+// Splits two segments where they cross, at the place rounded to doubles or at the vertex that stands there. A segment
+// that ends there stays whole.
+//
+// @param pOther  is an edge of pStart
+// @return whether at least one of them was split; if not, pCSeg has been given up
+bool Dt2::splitAtCrossing(ConstraintSegment2* pCSeg, ConstraintSegment2* pOther, Triangle2* pStart, const char* where)
+{
+    reportWarning(where, "constraint segments cross, both are split");
+    const Point2 place = crossingPoint(*pCSeg->getSrc(), *pCSeg->getTrg(), *pOther->getSrc(), *pOther->getTrg());
+    Point2* const pSplit = insertReleased(pOther, place, pStart);
+    const bool bSplitOther = pSplit != pOther->getSrc() && pSplit != pOther->getTrg();
+    const bool bSplitThis = pSplit != pCSeg->getSrc() && pSplit != pCSeg->getTrg();
+    ++numConstraintChanges;
+    if (bSplitThis)
+        pCSeg->split(pSplit);
+    if (bSplitOther) {
+        pOther->split(pSplit);
+        restoreFormerEdge(pOther->getSrc(), pOther->getTrg());
+    }
+    if (!bSplitThis && !bSplitOther)
+        giveUp(pCSeg, where);
+    return bSplitThis || bSplitOther;
+}
+
+Point2* Dt2::insertReleased(const ConstraintSegment2* pCSeg, const Point2& p, Triangle2* pStart)
+{
+    pReleasedSegment = pCSeg;
+    Point2* const pVtx = insertAt(p, pStart);
+    pReleasedSegment = nullptr;
+    return pVtx;
+}
+
+// Inserts a point that lies in the box of the mesh. A vertex that stands there leaves no entry in the vault.
+Point2* Dt2::insertAt(const Point2& p, Triangle2* pStart)
+{
+    Triangle2* pT = pStart;
+    const int intState = walkToTriangle(&p, pT);
+    if (intState == WALK_ON_CORNER) {
+        for (int i = 0; i < 3; ++i)
+            if (*pT->getCorner(i) == p)
+                return pT->getCorner(i);
+    }
+    Point2* pVtx = newVertex(p.x(), p.y());
+    insertVertex(&pVtx, pT, intState);
+    pLastInserted = pVtx;
+    ++numConstraintChanges;
+    vertexVault.updateSortedIndex(true);
+    return pVtx;
+}
+
+void Dt2::finishSplit(const ConstraintSegment2* pParentCSeg)
+{
+    restoreFormerEdge(pParentCSeg->getSrc(), pParentCSeg->getTrg());
+    ConstraintSegment2 *pCSeg0 = nullptr, *pCSeg1 = nullptr;
+    Point2* pSplit = nullptr;
+    pParentCSeg->getChildrenAndSplitPoint(pCSeg0, pCSeg1, pSplit);
+    for (ConstraintSegment2* pPiece : {pCSeg0, pCSeg1})
+        if (pPiece->isAlive() && pPiece->getCIS() == CIS_CONSTRAINED_DELAUNAY)
+            insertConstraintSegmentIgnoreDelaunay(pPiece);
+}
+
+// The edge of a segment that was split at a vertex beside it: it may still be there, and need not be legal.
+void Dt2::restoreFormerEdge(Point2* p0, Point2* p1)
+{
+    Triangle2* const pT = getAdjacentTriangle(p0, p1);
+    if (!pT)
+        return;
+    std::vector<Triangle2*> vWork(1, pT);
+    flipToMatchCDT(vWork);
+}
+
+void Dt2::giveUp(ConstraintSegment2* pCSeg, const char* where)
+{
+    reportWarning(
+        where, "Double precision arithmetic does not allow to split a segment further, giving up. Incorrect result!");
+    constraintMgr().giveUp(pCSeg);
+}
+
+} // namespace ZELK_QUOR2D
