@@ -1,4 +1,5 @@
 #include "ConstraintSegment2.h"
+#include "constraints/BesideTest.h"
 #include "constraints/ConstraintMgr.h"
 #include "constraints/SegmentTrace.h"
 #include "core/Dt2.h"
@@ -16,6 +17,10 @@ namespace
 
 const char* const kConstrainedPlace = "Dt2::insertConstraintSegmentIgnoreDelaunay()";
 const char* const kConformingPlace = "Dt2::insertConstraintSegmentKeepDelaunay()";
+
+// A conforming segment that passes a vertex nearer than this is split there. To pass it for good, the pieces would have
+// to become as short as that distance, which is about where halving ends.
+constexpr double kUnitsBesideConforming = 64.0;
 
 double middleOf(double a, double b)
 {
@@ -99,6 +104,12 @@ void Dt2::insertConstraintSegmentKeepDelaunay(ConstraintSegment2* pCSeg)
     Point2* const trg = pCSeg->getTrg();
     SegmentTrace trace;
     traceSegment(src, trg, true, trace);
+    if (trace.end == TRACE_FREE || trace.end == TRACE_CONSTRAINT) {
+        if (Point2* const pNear = findVertexBeside(trace)) {
+            trace.end = TRACE_VERTEX;
+            trace.pVertex = pNear;
+        }
+    }
     switch (trace.end) {
     case TRACE_VERTEX:
         QUOR2D_ASSERT(trace.pVertex != src, "p!=pCSeg->getSrc()");
@@ -115,6 +126,22 @@ void Dt2::insertConstraintSegmentKeepDelaunay(ConstraintSegment2* pCSeg)
     default:
         return;
     }
+}
+
+// The first of the vertices of the crossed triangles that lie beside the segment by little more than rounding.
+// Overlapping segments that have been split at different places leave such vertices.
+Point2* Dt2::findVertexBeside(const SegmentTrace& trace)
+{
+    const BesideTest beside(*trace.p0, *trace.p1, kUnitsBesideConforming);
+    Point2* pNearest = nullptr;
+    for (const std::vector<SegmentTrace::ChainVertex>* pChain : {&trace.vLeft, &trace.vRight}) {
+        const auto it =
+            std::find_if(pChain->begin(), pChain->end(),
+                         [&beside](const SegmentTrace::ChainVertex& vertex) { return beside.contains(*vertex.p); });
+        if (it != pChain->end() && (!pNearest || beside.isBefore(*it->p, *pNearest)))
+            pNearest = it->p;
+    }
+    return pNearest;
 }
 
 void Dt2::splitAtMidpoint(ConstraintSegment2* pCSeg, Triangle2* pStart)

@@ -1,4 +1,5 @@
 #include "ConstraintSegment2.h"
+#include "constraints/BesideTest.h"
 #include "constraints/ConstraintMgr.h"
 #include "constraints/SegmentCrossing.h"
 #include "core/Dt2.h"
@@ -7,28 +8,52 @@
 namespace ZELK_QUOR2D
 {
 
-// Splits two segments where they cross, at the place rounded to doubles or at the vertex that stands there. A segment
-// that ends there stays whole.
+namespace
+{
+
+// @return an end of `pOther` that lies beside `pCSeg` by no more than rounding, or null
+Point2* findEndBeside(const ConstraintSegment2* pCSeg, const ConstraintSegment2* pOther)
+{
+    const BesideTest beside(*pCSeg->getSrc(), *pCSeg->getTrg(), BesideTest::kFewUnits);
+    for (Point2* pEnd : {pOther->getSrc(), pOther->getTrg()})
+        if (beside.contains(*pEnd))
+            return pEnd;
+    return nullptr;
+}
+
+} // namespace
+
+// Splits two segments where they cross. A segment that ends there stays whole.
+//
+// Where an end of one segment lies beside the other by no more than rounding, it serves as the crossing. A new point
+// would lie as near to both, and pieces almost parallel would cross again and again, a few units in the last place
+// further on each time.
 //
 // @param pOther  is an edge of pStart
 // @return whether at least one of them was split; if not, pCSeg has been given up
 bool Dt2::splitAtCrossing(ConstraintSegment2* pCSeg, ConstraintSegment2* pOther, Triangle2* pStart, const char* where)
 {
     reportWarning(where, "constraint segments cross, both are split");
-    const Point2 place = crossingPoint(*pCSeg->getSrc(), *pCSeg->getTrg(), *pOther->getSrc(), *pOther->getTrg());
-    Point2* const pSplit = insertReleased(pOther, place, pStart);
-    const bool bSplitOther = pSplit != pOther->getSrc() && pSplit != pOther->getTrg();
-    const bool bSplitThis = pSplit != pCSeg->getSrc() && pSplit != pCSeg->getTrg();
     ++numConstraintChanges;
-    if (bSplitThis)
-        pCSeg->split(pSplit);
-    if (bSplitOther) {
-        pOther->split(pSplit);
+    Point2* pSplitThis = findEndBeside(pCSeg, pOther);
+    Point2* pSplitOther = findEndBeside(pOther, pCSeg);
+    if (!pSplitThis && !pSplitOther) {
+        const Point2 place = crossingPoint(*pCSeg->getSrc(), *pCSeg->getTrg(), *pOther->getSrc(), *pOther->getTrg());
+        pSplitThis = pSplitOther = insertReleased(pOther, place, pStart);
+        if (pSplitThis == pCSeg->getSrc() || pSplitThis == pCSeg->getTrg())
+            pSplitThis = nullptr;
+        if (pSplitOther == pOther->getSrc() || pSplitOther == pOther->getTrg())
+            pSplitOther = nullptr;
+    }
+    if (pSplitThis)
+        pCSeg->split(pSplitThis);
+    if (pSplitOther) {
+        pOther->split(pSplitOther);
         restoreFormerEdge(pOther->getSrc(), pOther->getTrg());
     }
-    if (!bSplitThis && !bSplitOther)
+    if (!pSplitThis && !pSplitOther)
         giveUp(pCSeg, where);
-    return bSplitThis || bSplitOther;
+    return pSplitThis || pSplitOther;
 }
 
 Point2* Dt2::insertReleased(const ConstraintSegment2* pCSeg, const Point2& p, Triangle2* pStart)

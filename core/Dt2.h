@@ -301,6 +301,7 @@ private:
     void followSegment(bool bStopAtConstraints, SegmentTrace& trace);
     void recoverEdge(const SegmentTrace& trace);
     void insertPiece(ConstraintSegment2* pCSeg, std::vector<ConstraintSegment2*>& vStack, SegmentTrace& trace);
+    static Point2* findVertexBeside(const SegmentTrace& trace);
     void splitAtMidpoint(ConstraintSegment2* pCSeg, Triangle2* pStart);
     void flipIllegalEdge(Triangle2* pT, std::vector<Triangle2*>& vChanged);
     Point2* insertAt(const Point2& p, Triangle2* pStart);

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <map>
 #include <set>
 #include <sstream>
@@ -109,35 +110,54 @@ private:
             pGraph->getOriginalConstraintSegments(vOriginal);
             for (ConstraintSegment2* pCSeg : vOriginal)
                 if (defect.empty() && !isChain(pCSeg))
-                    defect = "the pieces are no chain along " + describe(edgeOf(pCSeg));
+                    defect = describeBrokenChain(pCSeg);
         }
     }
 
-    // Orders the pieces by their nearer ends; each must then begin where the one before ended.
+    static std::string describeBrokenChain(ConstraintSegment2* pCSeg)
+    {
+        std::string text = "the pieces are no chain along " + describe(edgeOf(pCSeg)) + ":";
+        for (const ConstraintSegment2* pLeaf : leavesOf(pCSeg))
+            text += "\n  " + describe(edgeOf(pLeaf));
+        return text;
+    }
+
+    // Walks from the source to the target, each piece once.
     bool isChain(ConstraintSegment2* pCSeg) const
     {
-        struct Piece {
-            mpq_class from, to;
-            const Point2 *pFrom, *pTo;
-        };
-        std::vector<Piece> vPieces;
-        for (ConstraintSegment2* pLeaf : leavesOf(pCSeg)) {
-            Piece piece{positionAlong(pCSeg, pLeaf->getSrc()), positionAlong(pCSeg, pLeaf->getTrg()), pLeaf->getSrc(),
-                        pLeaf->getTrg()};
-            if (piece.to < piece.from) {
-                std::swap(piece.from, piece.to);
-                std::swap(piece.pFrom, piece.pTo);
-            }
-            vPieces.push_back(piece);
+        std::multimap<const Point2*, const ConstraintSegment2*> mPiecesAt;
+        const std::vector<ConstraintSegment2*> vLeaves = leavesOf(pCSeg);
+        for (const ConstraintSegment2* pLeaf : vLeaves) {
+            mPiecesAt.emplace(pLeaf->getSrc(), pLeaf);
+            mPiecesAt.emplace(pLeaf->getTrg(), pLeaf);
         }
-        std::sort(vPieces.begin(), vPieces.end(), [](const Piece& a, const Piece& b) { return a.from < b.from; });
+        const mpq_class backward = backwardLimit(pCSeg);
         const Point2* pAt = pCSeg->getSrc();
-        for (const Piece& piece : vPieces) {
-            if (piece.pFrom != pAt || isBeside(pCSeg, piece.pTo, options.maxDeviation))
+        const ConstraintSegment2* pLast = nullptr;
+        for (std::size_t step = 0; step < vLeaves.size(); ++step) {
+            const ConstraintSegment2* pNext = nullptr;
+            const auto range = mPiecesAt.equal_range(pAt);
+            for (auto it = range.first; it != range.second; ++it)
+                if (it->second != pLast)
+                    pNext = it->second;
+            if (!pNext || std::distance(range.first, range.second) > 2)
                 return false;
-            pAt = piece.pTo;
+            const Point2* const pEnd = pNext->getSrc() == pAt ? pNext->getTrg() : pNext->getSrc();
+            if (isBeside(pCSeg, pEnd, options.maxDeviation) ||
+                positionAlong(pCSeg, pEnd) <= positionAlong(pCSeg, pAt) - backward)
+                return false;
+            pAt = pEnd;
+            pLast = pNext;
         }
         return pAt == pCSeg->getTrg();
+    }
+
+    // Rounding may turn the order along the segment round by as much as it puts points beside it.
+    mpq_class backwardLimit(const ConstraintSegment2* pCSeg) const
+    {
+        const double length =
+            std::hypot(pCSeg->getTrg()->x() - pCSeg->getSrc()->x(), pCSeg->getTrg()->y() - pCSeg->getSrc()->y());
+        return mpq_class(std::min(length, std::numeric_limits<double>::max())) * mpq_class(options.maxDeviation);
     }
 
     void checkQueries()

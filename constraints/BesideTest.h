@@ -1,0 +1,65 @@
+#pragma once
+
+#include "Point2.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace ZELK_QUOR2D
+{
+
+/// Whether a point lies so near to a segment that the rounding of split points may have put it beside it.
+///
+/// Such a point is a valid place to split the segment: both pieces are shorter than the whole. In floating point;
+/// nothing depends on the answer but where segments are split.
+class BesideTest
+{
+public:
+    /// Rounding puts a new point half a unit in the last place off in each coordinate; repeated splits add up a few.
+    static constexpr double kFewUnits = 8.0;
+
+    /// @param units  how far beside, in units in the last place of the larger end
+    BesideTest(const Point2& source, const Point2& target, double units)
+        : a(source), b(target), dx(b.x() - a.x()), dy(b.y() - a.y()), bSteep(std::fabs(dy) > std::fabs(dx)),
+          roundingX(units * 0x1p-52 * std::max(std::fabs(a.x()), std::fabs(b.x()))),
+          roundingY(units * 0x1p-52 * std::max(std::fabs(a.y()), std::fabs(b.y()))),
+          tolerance(roundingX * std::fabs(dy) + roundingY * std::fabs(dx))
+    {
+    }
+
+    bool contains(const Point2& p) const
+    {
+        const double distance = std::fabs((p.x() - a.x()) * dy - (p.y() - a.y()) * dx); // times the length
+        if (!(distance < tolerance))                                                    // also when something overflows
+            return false;
+        return bSteep ? keepsShort(p.y(), a.y(), b.y(), p.x(), a.x(), b.x(), roundingX)
+                      : keepsShort(p.x(), a.x(), b.x(), p.y(), a.y(), b.y(), roundingY);
+    }
+
+    /// Of two points that passed, whether p is the nearer one to the source.
+    bool isBefore(const Point2& p, const Point2& q) const
+    {
+        return bSteep ? std::fabs(p.y() - a.y()) < std::fabs(q.y() - a.y())
+                      : std::fabs(p.x() - a.x()) < std::fabs(q.x() - a.x());
+    }
+
+private:
+    // The point lies along the longer side of the box, and at most a distance h of rounding beyond the shorter one.
+    // With more than 4h to either end of the longer side L, the square of a piece is below L^2 + S^2:
+    // (L-4h)^2 + (S+h)^2 = L^2 + S^2 - h(8L - 2S - 17h), and S <= L, 8h < L.
+    static bool keepsShort(double along, double a, double b, double across, double a2, double b2, double rounding)
+    {
+        const double h = std::max({0.0, across - std::max(a2, b2), std::min(a2, b2) - across});
+        const double toEnds = std::min(along - std::min(a, b), std::max(a, b) - along);
+        return h <= rounding && toEnds > 4.0 * h;
+    }
+
+    const Point2& a;
+    const Point2& b;
+    double dx, dy;
+    bool bSteep;
+    double roundingX, roundingY;
+    double tolerance;
+};
+
+} // namespace ZELK_QUOR2D
