@@ -33,6 +33,10 @@ void Dt2::remove(Point2* pVtx, bool bInternal)
         std::cout << *pVtx << std::endl;
         return;
     }
+    if (isConstraintVertex(pVtx)) {
+        reportWarning("Dt2::remove()", "the vertex is an endpoint of a constraint segment, nothing to do");
+        return;
+    }
     const bool bClosed = collectStar(pVtx);
     if (bInternal)
         suspectBorderOfStar(pVtx);
@@ -199,7 +203,7 @@ void Dt2::restoreCircles()
 {
     while (!vSuspectEdges.empty()) {
         for (const HullEdge& edge : vSuspectEdges) {
-            if (!isCircleViolated(edge.pT, edge.ith))
+            if (!isCircleViolated(edge.pT, edge.ith) || isLockedEdge(edge.pT, edge.ith))
                 continue;
             Triangle2* const pOpp = edge.pT->getOppositeTriangle(edge.ith);
             flipEdge(edge.pT, edge.ith);

@@ -92,7 +92,7 @@ bool Dt2::checkCircles(const std::vector<Triangle2*>& vTriangles, const std::str
 {
     for (Triangle2* pT : vTriangles) {
         for (int i = 0; i < 3; ++i) {
-            if (!isCircleViolated(pT, i))
+            if (!isCircleViolated(pT, i) || isConstraint(pT, i))
                 continue;
             const Triangle2* const pN = pT->getOppositeTriangle(i);
             reportError(place, "Sphere inclusion test failed "); // deliberate: the blank at the end

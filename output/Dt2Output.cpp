@@ -71,6 +71,11 @@ void Dt2::show(const std::string& filename) const
         const Color black(0.0, 0.0, 0.0, 0.00001, false);
         forEachEdge(vTriangles,
                     [&](const Triangle2* pTriangle, int i) { visualizer.addObject(toSegment(pTriangle, i), black); });
+        const Color red(1.0, 0.0, 0.0, 0.0001, false);
+        forEachEdge(vTriangles, [&](Triangle2* pTriangle, int i) {
+            if (isConstraint(pTriangle, i))
+                visualizer.addObject(toSegment(pTriangle, i), red);
+        });
     }
     visualizer.writeFile();
 }

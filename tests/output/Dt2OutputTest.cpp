@@ -174,6 +174,23 @@ TEST_F(Dt2OutputTest, ShowDrawsEachEdgeOnce)
     EXPECT_EQ(numColors, 1u);
 }
 
+TEST_F(Dt2OutputTest, ShowDrawsConstraintEdgesOnceMoreInRed)
+{
+    std::vector<Segment2> vSegments{Segment2(Point2(0.0, 0.0), Point2(495.0, 495.0))};
+    quor.insert({{0.0, 0.0}, {495.0, 0.0}, {495.0, 495.0}, {0.0, 495.0}});
+    quor.createConstraint(vSegments, CIS_CONSTRAINED_DELAUNAY);
+    quor.applyConstraintsAndZones();
+    const std::string name = directory.path("red.ps");
+    quor.show(name);
+    const std::string text = readFile(name);
+    const std::size_t red = text.find("stroke\n1\t0\t0\tsetrgbcolor\n0.0001\tsetlinewidth\n");
+    ASSERT_NE(red, std::string::npos);
+    const std::string drawn = text.substr(red);
+    EXPECT_TRUE(drawn.find("50\t200\tmoveto\n545\t695\tlineto\nstroke\nshowpage") != std::string::npos ||
+                drawn.find("545\t695\tmoveto\n50\t200\tlineto\nstroke\nshowpage") != std::string::npos)
+        << drawn;
+}
+
 TEST_F(Dt2OutputTest, ShowWithoutTrianglesIsReportedAndWritesAnEmptyPage)
 {
     insertCollinearPoints();
