@@ -2,6 +2,7 @@
 
 #include "tests/predicates/Inputs.h"
 #include "tests/predicates/Rational.h"
+#include "tests/support/HostMode.h"
 
 #include "predicates/PredicateTest.h"
 
@@ -10,57 +11,13 @@
 #include <cfenv>
 #include <vector>
 
-#ifdef QUOR2D_HAS_MXCSR
-#include <xmmintrin.h>
-#endif
-
 using namespace ZELK_QUOR2D;
+using test::HostMode;
 
 namespace
 {
 
 const int kModes[] = {FE_TONEAREST, FE_UPWARD, FE_DOWNWARD, FE_TOWARDZERO};
-
-// A floating-point mode as a host application may have set it.
-class HostMode
-{
-public:
-    explicit HostMode(int rounding, bool bFlush = false)
-    {
-        std::fegetenv(&saved);
-        std::fesetround(rounding);
-#ifdef QUOR2D_HAS_MXCSR
-        if (bFlush)
-            _mm_setcsr(_mm_getcsr() | 0x8040u); // FTZ and DAZ
-#else
-        static_cast<void>(bFlush);
-#endif
-        before = control();
-    }
-    ~HostMode()
-    {
-        std::fesetenv(&saved);
-    }
-    HostMode(const HostMode&) = delete;
-    HostMode& operator=(const HostMode&) = delete;
-
-    bool isUnchanged() const
-    {
-        return control() == before;
-    }
-
-private:
-    static unsigned int control()
-    {
-#ifdef QUOR2D_HAS_MXCSR
-        return _mm_getcsr() & ~0x3fu;
-#else
-        return static_cast<unsigned int>(std::fegetround());
-#endif
-    }
-    std::fenv_t saved;
-    unsigned int before = 0;
-};
 
 struct Case {
     inputs::Points points;
