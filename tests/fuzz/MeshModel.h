@@ -1,0 +1,50 @@
+#pragma once
+
+#include "Quor_2D.h"
+
+#include <map>
+#include <set>
+#include <utility>
+#include <vector>
+
+namespace fuzz
+{
+
+/// What a triangulation must contain, kept beside it in the plainest way, and the comparison of both.
+class MeshModel
+{
+public:
+    explicit MeshModel(ZELK_QUOR2D::Quor_2D& triangulation) : dt(triangulation) {}
+
+    /// Takes note of an insertion and compares its result.
+    void noteInserted(const ZELK_QUOR2D::Point2& p, ZELK_QUOR2D::Point2* pHandle);
+
+    /// Takes note of a removal that the triangulation has accepted.
+    void noteRemoved(ZELK_QUOR2D::Point2* pVtx);
+
+    /// Takes note of vertices that the library has made itself, and of those that it has removed.
+    void adoptVertices();
+
+    const std::vector<ZELK_QUOR2D::Point2*>& getHandles() const { return vHandles; }
+    bool isLive(ZELK_QUOR2D::Point2* pVtx) const;
+    std::size_t numberOfVertices() const { return mLive.size(); }
+
+    /// The whole mesh, see tests/support/MeshCheck.h, and that its vertices are those of the model.
+    void checkMesh() const;
+
+    void checkLocation(const ZELK_QUOR2D::Point2& p, ZELK_QUOR2D::Triangle2* pFound) const;
+    void checkAdjacency(ZELK_QUOR2D::Point2* p0, ZELK_QUOR2D::Point2* p1, ZELK_QUOR2D::Triangle2* pFound) const;
+
+    /// Both directions of the walk around a vertex against a search of all triangles.
+    void checkStar(ZELK_QUOR2D::Point2* pVtx) const;
+
+private:
+    using Place = std::pair<double, double>;
+
+    ZELK_QUOR2D::Quor_2D& dt;
+    std::map<Place, ZELK_QUOR2D::Point2*> mLive;
+    std::set<ZELK_QUOR2D::Point2*> sRemoved;
+    std::vector<ZELK_QUOR2D::Point2*> vHandles; // all that ever were, in the order of insertion
+};
+
+} // namespace fuzz
