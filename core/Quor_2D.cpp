@@ -2,6 +2,7 @@
 
 #include "core/Dt2.h"
 #include "output/Message.h"
+#include "predicates/RoundingGuard.h"
 
 #include <cstdlib>
 #include <iostream>
@@ -14,9 +15,13 @@ namespace
 {
 
 // Nothing is thrown across the interface. Memory may run out in the middle of a change, so there is no way back.
+//
+// Everything runs in the standard floating-point mode: with denormals flushed to zero different vertices would compare
+// equal, and places that are computed would depend on the caller's rounding.
 template <class Operation>
 auto guarded(Operation operation) noexcept -> decltype(operation())
 {
+    const RoundingGuard standardMode;
     try {
         return operation();
     } catch (const std::bad_alloc&) {
