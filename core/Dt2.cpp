@@ -30,6 +30,7 @@ Dt2::Dt2(unsigned int numExpectedVertices)
 
 Dt2::~Dt2()
 {
+    deleteZones();
     destroyConstraints();
 }
 

@@ -4,6 +4,7 @@
 #include "ConstraintInsertionStrategy.h"
 #include "Point2.h"
 #include "Triangle2.h"
+#include "ZoneLocation.h"
 #include "core/CoordinateSet.h"
 #include "core/HC2.h"
 #include "core/SimplePool.h"
@@ -13,6 +14,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <set>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -25,13 +27,14 @@ class ConstraintMgr;
 class ConstraintSegment2;
 class IncidentTriangles;
 class Segment2;
+class Zone2;
 struct SegmentTrace;
 
 /// The triangulation behind Quor_2D: owns vertices and triangles and changes them.
 ///
 /// The methods live with their subject: Dt2.cpp (life and simple queries), Dt2Locate.cpp, Dt2Insert.cpp,
-/// Dt2Bootstrap.cpp, Dt2Remove.cpp and Dt2RemoveStar.cpp, Dt2Validity.cpp, Dt2Output.cpp, and in constraints/ the
-/// forcing of segments into the mesh.
+/// Dt2Bootstrap.cpp, Dt2Remove.cpp and Dt2RemoveStar.cpp, Dt2Validity.cpp, Dt2Output.cpp, in constraints/ the forcing
+/// of segments into the mesh, and in zones/ what makes and keeps zones.
 class Dt2
 {
 public:
@@ -98,6 +101,25 @@ public:
     bool isConstraint(const Point2* p0, const Point2* p1) const;
     bool isConstraint(const Triangle2* pT, int ith) const;
     void createArbitraryTriangles(const std::vector<Point2>& vPoints);
+
+    // ---- zones (zones/Dt2Zones.cpp)
+
+    Zone2* createZone(ConstraintGraph2* pConstraintGraph, ZoneLocation zoneLoc);
+    Zone2* createZone(ConstraintGraph2* pConstraintGraph, ZoneLocation zoneLoc, const Point2& startPoint);
+    Zone2* createZone(const std::vector<ConstraintGraph2*>& vConstraintGraphs, ZoneLocation zoneLoc,
+                      const Point2& startPoint);
+    void deleteZone(Zone2* pZone);
+
+    /// One of the four results, of two zones of this triangulation.
+    Zone2* createResultZone(Zone2* pZone0, Zone2* pZone1, ZoneLocation kind);
+
+    /// Whether this triangulation made the zone and still has it. Any address may be asked for.
+    bool hasZone(Zone2* pZone) const { return sZones.count(pZone) > 0; }
+
+    /// Replaces the contents of the vector by the triangles that can be reached from a point without crossing an edge
+    /// of the graphs, in the order of their addresses. A point on a vertex or edge starts in one triangle there.
+    void growZoneArea(const Point2& startPoint, const std::vector<ConstraintGraph2*>& vConstraintGraphs,
+                      std::vector<Triangle2*>& vTriangles);
 
     // ---- output (Dt2Output.cpp)
 
@@ -215,6 +237,16 @@ public:
         });
     }
 
+    /// The same in the order of the addresses.
+    template <class Visitor>
+    void forEachTriangleByAddress(Visitor visit) const
+    {
+        trianglePool.forEachByAddress([&visit](Triangle2* pT) {
+            if (pT->getCorner(0))
+                visit(pT);
+        });
+    }
+
 private:
     HC2 hilbertCurve;
 
@@ -311,6 +343,11 @@ private:
     double conformingTolerance() const;
     void destroyConstraints();
 
+    // ---- zones
+    Zone2* keepZone(Zone2* pZone);
+    bool isForeign(const ConstraintGraph2* pGraph) const;
+    void deleteZones();
+
     // ---- growing box and bootstrap
     void growBoxes(const Point2& p);
     void rebuildOrderingIfLeft(const Point2& minPoint, const Point2& maxPoint);
@@ -354,6 +391,8 @@ private:
     ConstraintMgr* pConstraintMgr = nullptr; // owned
     const ConstraintSegment2* pReleasedSegment = nullptr;
     ConstraintSegment2* pSegmentUnderVertex = nullptr; // found by legalize() under the newest vertex
+
+    std::set<Zone2*> sZones; // owned
 
     bool bMultithreading = false;
     std::string name;

@@ -1,36 +1,11 @@
 #include "Quor_2D.h"
 
 #include "core/Dt2.h"
+#include "core/Guarded.h"
 #include "output/Message.h"
-#include "predicates/RoundingGuard.h"
-
-#include <cstdlib>
-#include <iostream>
-#include <new>
 
 namespace ZELK_QUOR2D
 {
-
-namespace
-{
-
-// Nothing is thrown across the interface. Memory may run out in the middle of a change, so there is no way back.
-//
-// Everything runs in the standard floating-point mode: with denormals flushed to zero different vertices would compare
-// equal, and places that are computed would depend on the caller's rounding.
-template <class Operation>
-auto guarded(Operation operation) noexcept -> decltype(operation())
-{
-    const RoundingGuard standardMode;
-    try {
-        return operation();
-    } catch (const std::bad_alloc&) {
-        std::cout << "SimplePool::alloc(..), ERROR: Out of memory, sorry" << std::endl;
-        std::exit(1);
-    }
-}
-
-} // namespace
 
 Quor_2D::Quor_2D(unsigned int numExpectedVertices)
 {
@@ -160,6 +135,27 @@ bool Quor_2D::isConstraint(Triangle2* pT, int ith) const
 {
     QUOR2D_ASSERT(ith >= 0 && ith < 3, "checkRange(ith)");
     return pDt2->isConstraint(pT, ith);
+}
+
+Zone2* Quor_2D::createZone(ConstraintGraph2* pConstraintGraph, ZoneLocation zoneLoc)
+{
+    return guarded([&] { return pDt2->createZone(pConstraintGraph, zoneLoc); });
+}
+
+Zone2* Quor_2D::createZone(ConstraintGraph2* pConstraintGraph, ZoneLocation zoneLoc, const Point2& startPoint)
+{
+    return guarded([&] { return pDt2->createZone(pConstraintGraph, zoneLoc, startPoint); });
+}
+
+Zone2* Quor_2D::createZone(const std::vector<ConstraintGraph2*>& vConstraintGraphs, ZoneLocation zoneLoc,
+                           const Point2& startPoint)
+{
+    return guarded([&] { return pDt2->createZone(vConstraintGraphs, zoneLoc, startPoint); });
+}
+
+void Quor_2D::deleteZone(Zone2* pZone)
+{
+    pDt2->deleteZone(pZone);
 }
 
 void Quor_2D::show(const std::string& filename) const

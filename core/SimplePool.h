@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <functional>
 #include <iostream>
+#include <numeric>
 #include <vector>
 
 namespace ZELK_QUOR2D
@@ -84,6 +85,19 @@ public:
     void forEach(Visitor visit) const
     {
         for (std::size_t b = 0; b < vBlocks.size(); ++b)
+            for (T *p = vBlocks[b], *pEnd = p + usedElements(b); p != pEnd; ++p)
+                visit(p);
+    }
+
+    /// The same in the order of the addresses.
+    template <class Visitor>
+    void forEachByAddress(Visitor visit) const
+    {
+        std::vector<std::size_t> vOrder(vBlocks.size());
+        std::iota(vOrder.begin(), vOrder.end(), std::size_t(0));
+        std::sort(vOrder.begin(), vOrder.end(),
+                  [this](std::size_t a, std::size_t b) { return std::less<T*>()(vBlocks[a], vBlocks[b]); });
+        for (const std::size_t b : vOrder)
             for (T *p = vBlocks[b], *pEnd = p + usedElements(b); p != pEnd; ++p)
                 visit(p);
     }

@@ -18,6 +18,8 @@
 #include "Vector2.h"
 #include "Version.h"
 #include "Visualizer2.h"
+#include "Zone2.h"
+#include "ZoneLocation.h"
 
 #include <string>
 #include <vector>
@@ -152,6 +154,30 @@ public:
 
     /// Whether edge ith (0 to 2) of a triangle is a constraint.
     bool isConstraint(Triangle2* pT, int ith) const;
+
+    // ---- zones
+
+    /// Makes a zone of the whole triangulation (no graph, ZL_GLOBAL), or of one side of a closed polygon (ZL_INSIDE,
+    /// ZL_OUTSIDE). The polygon must have been applied before the zone is asked for triangles.
+    ///
+    /// @param zoneLoc  a graph with any other location is reported and ends the process
+    /// @return the zone, which belongs to the triangulation; null, with a report, while there are no triangles, for a
+    ///         graph that is no closed polygon or belongs to another triangulation, and for a location without the
+    ///         graph it needs
+    Zone2* createZone(ConstraintGraph2* pConstraintGraph, ZoneLocation zoneLoc);
+
+    /// Makes a zone of all that can be reached from a point without crossing a segment of the graphs, which may be
+    /// open, or none. Null graphs are skipped.
+    ///
+    /// @param zoneLoc  ZL_GROW; anything else is reported, and the result is null
+    /// @param startPoint  on a vertex or an edge it stands for one of the triangles there
+    Zone2* createZone(const std::vector<ConstraintGraph2*>& vConstraintGraphs, ZoneLocation zoneLoc,
+                      const Point2& startPoint);
+    Zone2* createZone(ConstraintGraph2* pConstraintGraph, ZoneLocation zoneLoc, const Point2& startPoint);
+
+    /// Ends a zone, but neither its graphs nor its input zones. An address that is no zone of this triangulation is
+    /// reported.
+    void deleteZone(Zone2* pZone);
 
     // ---- output
 
