@@ -1,5 +1,5 @@
-// The library at work on real data: triangulates the coast of Greece, mainland and islands, and draws the mesh with
-// land and sea in different colours. Usage: demo [data folder [output folder]]
+// The library at work on real data, step by step: triangulates the coast of Greece, mainland and islands; cuts a hole
+// by removing points; forces the coast lines into the mesh. Usage: demo [data folder [output folder]]
 #include "Quor_2D.h"
 
 #include <algorithm>
@@ -112,6 +112,57 @@ void drawMesh(const std::vector<Triangle2*>& vTriangles, const Coast& coast, con
     page.writeFile();
 }
 
+// Removes every point inside a circle around the middle of the map and draws what closes the gap.
+bool cutHole(const Coast& coast, const std::string& filename)
+{
+    Quor_2D dt;
+    dt.insert(coast.vPoints);
+    const auto start = std::chrono::steady_clock::now();
+    const double radius = 60.0; // kilometres
+    std::vector<Point2*> vVertices;
+    dt.getVertexPointers(vVertices);
+    for (Point2* p : vVertices)
+        if (p->x() * p->x() + p->y() * p->y() < radius * radius)
+            dt.remove(p);
+    const double seconds = secondsSince(start);
+    std::cout << "\nRemoved " << vVertices.size() - dt.numberOfPoints() << " points inside a circle in " << seconds
+              << " s\n";
+    dt.show(filename);
+    return dt.checkValidity(true, "hole");
+}
+
+std::vector<Segment2> coastLines(const Coast& coast)
+{
+    std::vector<Segment2> vSegments;
+    const std::size_t n = coast.vPoints.size();
+    for (std::size_t first = 0, i = 0; i < n; ++i) {
+        const bool bLastOfRing = i + 1 == n || coast.vRingOfPoint[i + 1] != coast.vRingOfPoint[i];
+        vSegments.emplace_back(coast.vPoints[i], coast.vPoints[bLastOfRing ? first : i + 1]);
+        if (bLastOfRing)
+            first = i + 1;
+    }
+    return vSegments;
+}
+
+// Every piece of coast becomes an edge; the page shows them in red.
+bool forceCoastLines(const Coast& coast, const std::string& filename)
+{
+    const std::vector<Segment2> vSegments = coastLines(coast);
+    Quor_2D dt;
+    dt.insert(coast.vPoints);
+    const auto start = std::chrono::steady_clock::now();
+    ConstraintGraph2* pGraph = dt.createConstraint(vSegments, CIS_CONSTRAINED_DELAUNAY);
+    dt.applyConstraintsAndZones();
+    std::cout << "\nForced " << vSegments.size() << " pieces of coast into the mesh in " << secondsSince(start)
+              << " s\n";
+    dt.show(filename);
+    std::vector<ConstraintSegment2*> vPieces;
+    pGraph->getOriginalConstraintSegments(vPieces);
+    return std::all_of(vPieces.begin(), vPieces.end(), [&](const ConstraintSegment2* pPiece) {
+        return !pPiece->isAlive() || dt.getAdjacentTriangle(pPiece->getSrc(), pPiece->getTrg());
+    });
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -145,9 +196,13 @@ int main(int argc, char** argv)
     drawMesh(vTriangles, coast, output + ".ps");
     dt.writeObj(output + ".obj");
     dt.writeWebScene((output + "_web").c_str());
-    std::cout << "Look at:\n"
+    const bool bHoleValid = cutHole(coast, output + "_hole.ps");
+    const bool bCoastHolds = forceCoastLines(coast, output + "_coast.ps");
+    std::cout << "\nLook at:\n"
               << "  " << output << ".ps   the mesh, land and sea, as a PostScript page\n"
               << "  " << output << ".obj  the mesh for any 3D viewer, in kilometres\n"
-              << "  " << output << "_web/index.html  the mesh in a browser\n";
-    return dt.is2D() ? EXIT_SUCCESS : EXIT_FAILURE;
+              << "  " << output << "_web/index.html  the mesh in a browser\n"
+              << "  " << output << "_hole.ps   the mesh after points were removed\n"
+              << "  " << output << "_coast.ps  the mesh with the coast lines forced in, drawn in red\n";
+    return dt.is2D() && bHoleValid && bCoastHolds ? EXIT_SUCCESS : EXIT_FAILURE;
 }
