@@ -54,14 +54,13 @@ void ConstraintMgr::collectMissing(std::vector<ConstraintSegment2*>& vWork) cons
         if (isInsertable(pCSeg) && !pDt2->getAdjacentTriangle(pCSeg->getSrc(), pCSeg->getTrg()))
             vWork.push_back(pCSeg);
     });
-    std::sort(vWork.begin(), vWork.end(),
-              [](const ConstraintSegment2* pA, const ConstraintSegment2* pB) { return *pA < *pB; });
+    sortByEnds(vWork);
 }
 
 bool ConstraintMgr::isInsertable(const ConstraintSegment2* pCSeg) const
 {
     return pCSeg->getSrc()->getIncidentTriangle() && pCSeg->getTrg()->getIncidentTriangle() &&
-           sGivenUp.count(pCSeg) == 0;
+           (sGivenUp.empty() || sGivenUp.count(pCSeg) == 0);
 }
 
 void ConstraintMgr::insertPending(ConstraintSegment2* pCSeg, std::vector<ConstraintSegment2*>& vNext)

@@ -103,8 +103,8 @@ ConstraintSegment2* ConstraintMgr::newSegment(Point2* pLower, Point2* pHigher, C
 // Enters an alive segment as a constraint.
 void ConstraintMgr::adopt(ConstraintSegment2* pCSeg)
 {
-    pCSeg->getSrc()->marks |= VM_CONSTRAINT;
-    pCSeg->getTrg()->marks |= VM_CONSTRAINT;
+    pCSeg->getSrc()->marks |= VM_CONSTRAINT | signatureBit(pCSeg->getTrg());
+    pCSeg->getTrg()->marks |= VM_CONSTRAINT | signatureBit(pCSeg->getSrc());
     segmentIndex.insert(pCSeg);
     pDt2->bHasConstraints = true;
 }
@@ -125,8 +125,27 @@ void ConstraintMgr::getLiveSegments(std::vector<ConstraintSegment2*>& vLive) con
     vLive.clear();
     vLive.reserve(segmentIndex.size());
     segmentIndex.forEach([&vLive](ConstraintSegment2* pCSeg) { vLive.push_back(pCSeg); });
-    std::sort(vLive.begin(), vLive.end(),
-              [](const ConstraintSegment2* pA, const ConstraintSegment2* pB) { return *pA < *pB; });
+    sortByEnds(vLive);
+}
+
+// Sorts copies of the ends: the segments themselves lie all over the memory.
+void ConstraintMgr::sortByEnds(std::vector<ConstraintSegment2*>& vList)
+{
+    struct Entry {
+        const Point2* src;
+        const Point2* trg;
+        ConstraintSegment2* pCSeg;
+    };
+    std::vector<Entry> vEntries;
+    vEntries.reserve(vList.size());
+    for (ConstraintSegment2* pCSeg : vList)
+        vEntries.push_back({pCSeg->getSrc(), pCSeg->getTrg(), pCSeg});
+    std::sort(vEntries.begin(), vEntries.end(), [](const Entry& a, const Entry& b) {
+        const std::less<const Point2*> before;
+        return before(a.src, b.src) || (a.src == b.src && before(a.trg, b.trg));
+    });
+    for (std::size_t i = 0; i < vList.size(); ++i)
+        vList[i] = vEntries[i].pCSeg;
 }
 
 void ConstraintMgr::writeConstraints(const std::string& prefix, int number) const

@@ -73,6 +73,7 @@ private:
     void insertPending(ConstraintSegment2* pCSeg, std::vector<ConstraintSegment2*>& vNext);
     bool isInsertable(const ConstraintSegment2* pCSeg) const;
     void collectWork(std::vector<ConstraintSegment2*>& vWork) const;
+    static void sortByEnds(std::vector<ConstraintSegment2*>& vList);
     void collectMissing(std::vector<ConstraintSegment2*>& vWork) const;
 
     Dt2* pDt2;

@@ -50,9 +50,9 @@ bool Dt2::isConstraint(const Point2* p0, const Point2* p1) const
 bool Dt2::isConstraint(const Triangle2* pT, int ith) const
 {
     QUOR2D_ASSERT(ith >= 0 && ith < 3, "num>=0 && num<3");
-    if (!pT || ith < 0 || ith > 2 || !bHasConstraints)
+    if (!pT || ith < 0 || ith > 2 || !bHasConstraints || !pT->getCorner(0))
         return false;
-    return isConstraint(pT->getCorner(next(ith)), pT->getCorner(prev(ith)));
+    return mayBeConstraint(pT, ith) && isConstraint(pT->getCorner(next(ith)), pT->getCorner(prev(ith)));
 }
 
 // ---- the manager

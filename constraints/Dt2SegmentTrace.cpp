@@ -92,7 +92,7 @@ void Dt2::followSegment(bool bStopAtConstraints, SegmentTrace& trace)
     trace.vLeft.push_back({pLeft, pT->getOppositeTriangle(next(ith))});
     trace.vCrossed.push_back(pT);
     for (;;) {
-        if (bStopAtConstraints && joinsConstraintVertices(pT, ith)) {
+        if (bStopAtConstraints && mayBeConstraint(pT, ith)) {
             trace.pConstraint = findConstraintSegment(pRight, pLeft);
             if (trace.pConstraint) {
                 trace.pLast = pT;

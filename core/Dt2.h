@@ -182,7 +182,7 @@ public:
     /// Whether edge ith of pT is a live constraint edge that may not be flipped.
     bool isLockedEdge(const Triangle2* pT, int ith) const
     {
-        return bHasConstraints && joinsConstraintVertices(pT, ith) && isLockedSegment(pT, ith);
+        return bHasConstraints && mayBeConstraint(pT, ith) && isLockedSegment(pT, ith);
     }
 
     /// Forces one segment in as a chain of edges: splits it at vertices that lie on it and where it crosses others.
@@ -316,9 +316,13 @@ private:
     // ---- flips beside constraints
     template <bool bWithConstraints>
     void legalizeWith();
-    static bool joinsConstraintVertices(const Triangle2* pT, int ith)
+    static bool mayBeConstraint(const Point2* p0, const Point2* p1)
     {
-        return pT->getCorner(next(ith))->marks & pT->getCorner(prev(ith))->marks & VM_CONSTRAINT;
+        return (p0->marks & signatureBit(p1)) && (p1->marks & signatureBit(p0));
+    }
+    static bool mayBeConstraint(const Triangle2* pT, int ith)
+    {
+        return mayBeConstraint(pT->getCorner(next(ith)), pT->getCorner(prev(ith)));
     }
     bool isLockedSegment(const Triangle2* pT, int ith) const;
     bool isLocked(const ConstraintSegment2* pCSeg) const;
@@ -347,6 +351,10 @@ private:
     Zone2* keepZone(Zone2* pZone);
     bool isForeign(const ConstraintGraph2* pGraph) const;
     void deleteZones();
+
+    // ---- arbitrary triangles
+    static void reportMissingTriangles(const Dt2& auxiliary, const std::vector<Point2*>& vHandles);
+    void takeOver(const Dt2& other);
 
     // ---- growing box and bootstrap
     void growBoxes(const Point2& p);

@@ -413,7 +413,7 @@ void Dt2::legalizeWith()
             Triangle2* pOpp = pT->getOppositeTriangle(0);
             if (!pOpp || !predicates.circleInc(pOpp, pT->getCorner(0)))
                 continue;
-            if (bWithConstraints && joinsConstraintVertices(pT, 0) && isKeptByConstraint(pT))
+            if (bWithConstraints && mayBeConstraint(pT, 0) && isKeptByConstraint(pT))
                 continue;
             flipEdge(pT, 0);
             vFlipNext.push_back(pT);

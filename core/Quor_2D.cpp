@@ -158,6 +158,11 @@ void Quor_2D::deleteZone(Zone2* pZone)
     pDt2->deleteZone(pZone);
 }
 
+void Quor_2D::createArbitraryTriangles(const std::vector<Point2>& vPoints, const AcceptExperimentalFeature&)
+{
+    guarded([&] { pDt2->createArbitraryTriangles(vPoints); });
+}
+
 void Quor_2D::show(const std::string& filename) const
 {
     guarded([&] { pDt2->show(filename); });

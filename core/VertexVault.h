@@ -5,6 +5,7 @@
 #include "core/CurveSort.h"
 #include "core/HC2.h"
 #include "core/SimplePool.h"
+#include "core/VertexMarks.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -12,13 +13,6 @@
 
 namespace ZELK_QUOR2D
 {
-
-/// Bits that the triangulation keeps in Point2::marks.
-enum VertexMark : unsigned int {
-    VM_REMOVED = 1u, ///< left the triangulation; entries of the vault that name it are dropped at the next compaction
-    VM_CONSTRAINT = 2u, ///< an end of a constraint segment, alive or split
-    VM_REFINEMENT = 4u  ///< inserted by refinement, which may take it back
-};
 
 /// One vertex of the vault, or a repeated insertion of one.
 struct VaultEntry {

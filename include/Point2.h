@@ -73,7 +73,7 @@ private:
     double coordY;
     Triangle2* pAssociatedTriangle = nullptr;
     int customIndex = -1;
-    // Fills what would be padding. Bits that the triangulation keeps about its vertex, see VertexMark in core/Dt2.h;
+    // Fills what would be padding. Bits that the triangulation keeps about its vertex, see core/VertexMarks.h;
     // never copied.
     unsigned int marks = 0;
 };

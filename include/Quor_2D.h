@@ -93,6 +93,17 @@ public:
     ///              triangulation and one without triangles are reported, and nothing changes
     void remove(Point2* pVtx);
 
+    /// Builds the mesh of an empty triangulation from triangles instead of by Delaunay insertion. They become triangles
+    /// exactly as given, counterclockwise; the space around them, out to a frame of four more vertices at the corners
+    /// of their doubled box, is filled with further triangles. Near-linear time for triangles that do not cross.
+    ///
+    /// Triangles of zero area are left out with a warning. Triangles that cross each other are divided and reported.
+    /// A triangulation with vertices, a number of points that is no positive multiple of three, a non-finite
+    /// coordinate, and input without any area are reported and change nothing.
+    ///
+    /// @param vPoints  three points for each triangle, in either order; equal points become one vertex
+    void createArbitraryTriangles(const std::vector<Point2>& vPoints, const AcceptExperimentalFeature&);
+
     // ---- queries
 
     /// @return the triangle that contains p, border and corners included; null beyond the convex hull, for a
