@@ -7,7 +7,6 @@
 #include "output/Message.h"
 
 #include <algorithm>
-#include <unordered_set>
 
 namespace ZELK_QUOR2D
 {
@@ -102,34 +101,6 @@ void Dt2::splitSegmentUnder(Point2* pVtx)
     ConstraintSegment2* const pCSeg = pSegmentUnderVertex;
     pSegmentUnderVertex = nullptr;
     pCSeg->split(pVtx);
-}
-
-// ---- vertices inserted by refinement
-
-// Searches along mesh edges inside the circle.
-void Dt2::collectSplitVerticesNear(Point2* pSplit, double squaredRadius, std::vector<Point2*>& vVertices) const
-{
-    std::vector<Point2*> vInside(1, pSplit);
-    std::unordered_set<const Point2*> sVisited{pSplit};
-    for (std::size_t i = 0; i < vInside.size(); ++i) {
-        if (vInside[i]->marks & VM_REFINEMENT && vInside[i] != pSplit)
-            vVertices.push_back(vInside[i]);
-        if (!vInside[i]->getIncidentTriangle())
-            continue;
-        for (IncidentTriangles around(vInside[i]); !around.atEnd(); around.advance()) {
-            for (Point2* p : {around.nextCorner(), around.prevCorner()}) {
-                const double dx = p->x() - pSplit->x(), dy = p->y() - pSplit->y();
-                if (squaredRadius > dx * dx + dy * dy && sVisited.insert(p).second)
-                    vInside.push_back(p);
-            }
-        }
-    }
-}
-
-void Dt2::removeSplitVerticesNear(Point2* pSplit, double squaredRadius)
-{
-    std::vector<Point2*> vVertices;
-    collectSplitVerticesNear(pSplit, squaredRadius, vVertices);
 }
 
 } // namespace ZELK_QUOR2D

@@ -89,6 +89,16 @@ Triangle2* Dt2::getAdjacentTriangle(Point2* p0, Point2* p1) const
     return nullptr;
 }
 
+Triangle2* Dt2::findTriangleLeftOf(const Point2* p0, const Point2* p1) const
+{
+    if (!p0->getIncidentTriangle())
+        return nullptr;
+    for (IncidentTriangles around(p0); !around.atEnd(); around.advance())
+        if (around.nextCorner() == p1)
+            return around.triangle();
+    return nullptr;
+}
+
 Triangle2* Dt2::takeTriangle(Point2* pA, Point2* pB, Point2* pC)
 {
     Triangle2* pT;

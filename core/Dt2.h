@@ -26,8 +26,11 @@ class ConstraintGraph2;
 class ConstraintMgr;
 class ConstraintSegment2;
 class IncidentTriangles;
+class RefineCandidate;
+class RefineZone;
 class Segment2;
 class Zone2;
+struct RefineParams;
 struct SegmentTrace;
 
 /// The triangulation behind Quor_2D: owns vertices and triangles and changes them.
@@ -94,6 +97,9 @@ public:
     Bbox2 computeBoundingBox() const;
     Triangle2* getAdjacentTriangle(Point2* p0, Point2* p1) const;
 
+    /// The triangle to the left of the edge from p0 to p1; null when there is no such edge, or nothing on that side.
+    Triangle2* findTriangleLeftOf(const Point2* p0, const Point2* p1) const;
+
     // ---- constraints (constraints/Dt2Constraints.cpp)
 
     ConstraintGraph2* createConstraint(const std::vector<Segment2>& vSegments, ConstraintInsertionStrategy cis);
@@ -120,6 +126,20 @@ public:
     /// of the graphs, in the order of their addresses. A point on a vertex or edge starts in one triangle there.
     void growZoneArea(const Point2& startPoint, const std::vector<ConstraintGraph2*>& vConstraintGraphs,
                       std::vector<Triangle2*>& vTriangles);
+
+    // ---- refinement (refine/)
+
+    /// @see Quor_2D::refine()
+    void refine(RefineParams* pRefineParams);
+    void refineSpecificTriangles(const std::vector<Triangle2*>& vTriangles, bool bAllowConstraintSplitting);
+
+    /// Collects what misses the bounds: the largest circumcircles first.
+    void uniformRefinement(RefineZone& zoneTriangles, std::vector<RefineCandidate*>& vCandidates,
+                           const RefineParams* pRefineParams);
+
+    /// Inserts circumcentres and splits constraint segments. @return the number of vertices inserted
+    std::size_t refineTriangles(RefineZone& zoneTriangles, const std::vector<RefineCandidate*>& vCandidates,
+                                const RefineParams* pRefineParams);
 
     // ---- output (Dt2Output.cpp)
 
@@ -209,9 +229,6 @@ public:
 
     /// Removes the vertices made by refinement that lie nearer to pSplit than the root of squaredRadius.
     void removeSplitVerticesNear(Point2* pSplit, double squaredRadius);
-
-    /// Appends those vertices.
-    void collectSplitVerticesNear(Point2* pSplit, double squaredRadius, std::vector<Point2*>& vVertices) const;
 
     /// While true no live constraint edge of either strategy is flipped; else only constrained ones stay.
     bool bLockConformingEdges = false;
@@ -356,6 +373,19 @@ private:
     static void reportMissingTriangles(const Dt2& auxiliary, const std::vector<Point2*>& vHandles);
     void takeOver(const Dt2& other);
 
+    // ---- refinement
+    void runRefinement(RefineZone& zoneTriangles, RefineParams* pRefineParams);
+    bool refineCycle(RefineZone& zoneTriangles, const RefineParams* pRefineParams);
+    bool refineCandidate(RefineZone& zoneTriangles, const RefineCandidate& candidate,
+                         const RefineParams* pRefineParams);
+    bool insertCircumcenter(RefineZone& zoneTriangles, const RefineCandidate& candidate);
+    bool splitConstraint(RefineZone& zoneTriangles, const RefineCandidate& candidate,
+                         const RefineParams* pRefineParams);
+    Point2* insertMidpoint(const ConstraintSegment2* pCSeg, const Point2& middle, Triangle2* pStart);
+    void updateZoneBeside(RefineZone& zoneTriangles, Point2* pVtx, Point2* pFrom, const Point2* pTo, bool bMember);
+    void removeSteinerVertex(Point2* pVtx);
+    void updateZoneInside(const std::vector<Point2*>& vRing, bool bMember);
+
     // ---- growing box and bootstrap
     void growBoxes(const Point2& p);
     void rebuildOrderingIfLeft(const Point2& minPoint, const Point2& maxPoint);
@@ -401,6 +431,9 @@ private:
     ConstraintSegment2* pSegmentUnderVertex = nullptr; // found by legalize() under the newest vertex
 
     std::set<Zone2*> sZones; // owned
+
+    RefineZone* pRefineZone = nullptr;     // while refinement runs
+    std::vector<Point2*> vSteinerVertices; // the vertices with VM_REFINEMENT, and others
 
     bool bMultithreading = false;
     std::string name;

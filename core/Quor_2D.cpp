@@ -3,6 +3,10 @@
 #include "core/Dt2.h"
 #include "core/Guarded.h"
 #include "output/Message.h"
+#include "refine/RefineParams.h"
+
+#include <cmath>
+#include <iostream>
 
 namespace ZELK_QUOR2D
 {
@@ -161,6 +165,42 @@ void Quor_2D::deleteZone(Zone2* pZone)
 void Quor_2D::createArbitraryTriangles(const std::vector<Point2>& vPoints, const AcceptExperimentalFeature&)
 {
     guarded([&] { pDt2->createArbitraryTriangles(vPoints); });
+}
+
+namespace
+{
+
+void warnOfRefine(const char* text)
+{
+    std::cerr << std::endl << "Warning: Quor_2D::refine(..)" << text << std::endl << std::endl;
+}
+
+} // namespace
+
+void Quor_2D::refine(Zone2* pZone, double minAngleDegree, double minEdgeLength, double maxEdgeLength,
+                     bool bAllowConstraintSplitting)
+{
+    if (!pZone) {
+        warnOfRefine(" has been called with pZone==NULL");
+        return;
+    }
+    if (minAngleDegree > 30.0) {
+        warnOfRefine(", minAngleDegree can't be >30");
+        return;
+    }
+    if (std::isnan(minAngleDegree) || std::isnan(minEdgeLength) || !(maxEdgeLength > 0.0)) {
+        warnOfRefine(", no argument can be NaN, and maxEdgeLength can't be <=0");
+        return;
+    }
+    guarded([&] {
+        RefineParams params(pDt2, pZone, minAngleDegree, minEdgeLength, maxEdgeLength, bAllowConstraintSplitting);
+        pDt2->refine(&params);
+    });
+}
+
+void Quor_2D::refineSpecificTriangles(std::vector<Triangle2*>& vTriangles, bool bAllowConstraintSplitting)
+{
+    guarded([&] { pDt2->refineSpecificTriangles(vTriangles, bAllowConstraintSplitting); });
 }
 
 void Quor_2D::show(const std::string& filename) const

@@ -190,6 +190,33 @@ public:
     /// reported.
     void deleteZone(Zone2* pZone);
 
+    // ---- refinement
+
+    /// Refines the triangles of a zone until they meet an angle bound and two length bounds.
+    ///
+    /// Inserts circumcentres, or splits a constraint segment at its midpoint where one is in the way (Ruppert 1995;
+    /// Chew 1993). Input vertices are never moved or removed, and nothing changes beyond the zone and its border.
+    /// Constraints are applied first. Triangle records may be reused, so fetch triangles again afterwards.
+    ///
+    /// @param pZone           zone of this triangulation, not owned
+    /// @param minAngleDegree  lower bound on every angle, in degrees, at most 30; 0 or less for none
+    /// @param minEdgeLength   coordinate units, negative counts as 0; a lower limit for splitting, not a promise
+    /// @param maxEdgeLength   coordinate units, above 0; a longer edge makes its triangle a candidate
+    /// @param bAllowConstraintSplitting  false keeps constraint segments whole
+    ///
+    /// On a null zone, an angle above 30 or an argument that makes no sense: one line on standard error, nothing
+    /// changes. A zone that is not one of this triangulation is reported on standard output.
+    /// Not improved: corners where two constraints meet below the angle bound, and triangles with an edge below a tenth
+    /// of minEdgeLength. Ends for every input. Expected time: near-linear in the triangles made.
+    void refine(Zone2* pZone, double minAngleDegree, double minEdgeLength, double maxEdgeLength,
+                bool bAllowConstraintSplitting);
+
+    /// Refines these triangles, and those that result from it, with fixed bounds: 5.732 degrees, edges not below 0.1.
+    /// Pointers that are null or no triangle of this triangulation are left out.
+    ///
+    /// @param vTriangles  stays as it is; its triangles may be reused
+    void refineSpecificTriangles(std::vector<Triangle2*>& vTriangles, bool bAllowConstraintSplitting);
+
     // ---- output
 
     /// Draws the edges of the triangulation on a PostScript page, see Visualizer2. Without triangles that is reported,

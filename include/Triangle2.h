@@ -69,6 +69,7 @@ public:
         pK->setIncidentTriangle(this);
         aOppTriangles[0] = aOppTriangles[1] = aOppTriangles[2] = nullptr;
         bState = false;
+        marks = 0;
     }
 
     /// A mark that traversals of the triangulation set and clear.
@@ -112,6 +113,8 @@ public:
     std::pair<Point2, bool> getDual() const;
 
 private:
+    friend class RefineZone;
+
     static bool checkRange(int ith) { return ith >= 0 && ith < 3; }
     int reportMissingCorner(const Point2* pVtx) const;
     int reportMissingNeighbor(const Triangle2* pTriangle) const;
@@ -119,6 +122,7 @@ private:
     Point2* aVertexPointer[3] = {nullptr, nullptr, nullptr};
     Triangle2* aOppTriangles[3] = {nullptr, nullptr, nullptr};
     bool bState = false;
+    unsigned char marks = 0; // fills what would be padding; bits of RefineZone
 };
 
 /// Writes address, corners and neighbours over four lines, for debugging.

@@ -5,7 +5,6 @@
 #include "Triangle2.h"
 #include "core/Dt2.h"
 #include "core/Guarded.h"
-#include "core/IncidentTriangles.h"
 #include "output/Message.h"
 #include "zones/ZoneEvaluation.h"
 #include "zones/ZoneFill.h"
@@ -15,22 +14,6 @@
 
 namespace ZELK_QUOR2D
 {
-
-namespace
-{
-
-// The triangle to the left of the edge from p0 to p1; null when there is no such edge, or nothing on that side.
-Triangle2* findTriangleLeftOf(const Point2* p0, const Point2* p1)
-{
-    if (!p0->getIncidentTriangle())
-        return nullptr;
-    for (IncidentTriangles around(p0); !around.atEnd(); around.advance())
-        if (around.nextCorner() == p1)
-            return around.triangle();
-    return nullptr;
-}
-
-} // namespace
 
 Zone2::Zone2(Dt2* pTriangulation, ZoneLocation location) : pDt(pTriangulation), zoneLoc(location)
 {
@@ -122,9 +105,9 @@ void Zone2::collectSides(std::vector<Triangle2*>& vTriangles) const
     for (std::size_t i = 0; i < vPolygon.size(); ++i) {
         const Point2* const p0 = vPolygon[i];
         const Point2* const p1 = vPolygon[i + 1 < vPolygon.size() ? i + 1 : 0];
-        Triangle2* const pInside = findTriangleLeftOf(p0, p1);
+        Triangle2* const pInside = pDt->findTriangleLeftOf(p0, p1);
         bApplied = bApplied || pInside;
-        fill.addSeed(zoneLoc == ZL_INSIDE ? pInside : findTriangleLeftOf(p1, p0));
+        fill.addSeed(zoneLoc == ZL_INSIDE ? pInside : pDt->findTriangleLeftOf(p1, p0));
     }
     if (!fill.hasSeeds()) {
         reportError("Zone2::getTriangles()", "vWorkspace.empty() - one possible reason is that you have not called "

@@ -1,0 +1,296 @@
+// Delaunay refinement (Ruppert 1995; Chew 1993; Shewchuk 2002): triangles that miss the bounds get their circumcentre
+// as a new vertex, or, where a constraint is in the way, the constraint is split at its midpoint.
+#include "core/Dt2.h"
+
+#include "ConstraintSegment2.h"
+#include "Zone2.h"
+#include "constraints/ConstraintMgr.h"
+#include "core/IncidentTriangles.h"
+#include "output/Message.h"
+#include "refine/RefineCandidate.h"
+#include "refine/RefineParams.h"
+#include "refine/RefineZone.h"
+
+#include <algorithm>
+#include <cmath>
+#include <iostream>
+#include <limits>
+#include <utility>
+
+namespace ZELK_QUOR2D
+{
+
+namespace
+{
+
+constexpr int kMaxCycles = 100;
+constexpr int kMaxIdleCycles = 2;
+
+// All passes of one call together; runs that converge need up to 65.
+constexpr std::size_t kMaxPasses = 1000;
+
+// Where the bounds cannot be met refinement stops at edges of this part of the smallest altitude it began with.
+constexpr double kFloorFraction = 0.01;
+
+double squaredDistance(const Point2& p, const Point2& q)
+{
+    const double dx = q.x() - p.x(), dy = q.y() - p.y();
+    return dx * dx + dy * dy;
+}
+
+double middleOf(double a, double b)
+{
+    const double sum = a + b;
+    return std::isfinite(sum) ? sum * 0.5 : a * 0.5 + b * 0.5;
+}
+
+double smallestAltitude(const std::vector<Triangle2*>& vTriangles)
+{
+    double smallest = std::numeric_limits<double>::max();
+    for (const Triangle2* pT : vTriangles) {
+        const Point2 &p0 = *pT->getCorner(0), &p1 = *pT->getCorner(1), &p2 = *pT->getCorner(2);
+        const double doubledArea = (p1.x() - p0.x()) * (p2.y() - p0.y()) - (p1.y() - p0.y()) * (p2.x() - p0.x());
+        const double longest = std::sqrt(
+            std::max({pT->getSquaredEdgeLength(0), pT->getSquaredEdgeLength(1), pT->getSquaredEdgeLength(2)}));
+        smallest = std::min(smallest, std::fabs(doubledArea) / longest);
+    }
+    return std::isfinite(smallest) ? smallest : 0.0;
+}
+
+} // namespace
+
+// ---- one call
+
+void Dt2::refine(RefineParams* pRefineParams)
+{
+    if (!pRefineParams->pZone) {
+        reportWarning("Dt2::refine(..)", "Zone==NULL, nothing to do");
+        return;
+    }
+    QUOR2D_ASSERT(pRefineParams->minAngleDegree <= 30.0, "refineParams.minAngleDegree<=30.0");
+    QUOR2D_ASSERT(pRefineParams->pZone != nullptr, "refineParams.pZone!=NULL");
+    if (!hasZone(pRefineParams->pZone)) {
+        reportWarning("Dt2::refine(..)", "the zone does not belong to this triangulation, nothing to do");
+        return;
+    }
+    applyConstraintsAndZones();
+    if (!fullDimensional || !hasTriangles())
+        return;
+    RefineZone zoneTriangles;
+    runRefinement(zoneTriangles, pRefineParams);
+}
+
+void Dt2::refineSpecificTriangles(const std::vector<Triangle2*>& vTriangles, bool bAllowConstraintSplitting)
+{
+    applyConstraintsAndZones();
+    if (!fullDimensional || !hasTriangles())
+        return;
+    RefineZone zoneTriangles;
+    zoneTriangles.bGrows = true;
+    std::vector<Triangle2*> vAlive;
+    for (Triangle2* pT : vTriangles)
+        if (pT && trianglePool.contains(pT) && pT->getCorner(0))
+            vAlive.push_back(pT);
+    zoneTriangles.assign(vAlive);
+    RefineParams params(this, bAllowConstraintSplitting);
+    params.edgeFloor = std::max(params.minEdgeLength, kFloorFraction * smallestAltitude(vAlive));
+    runRefinement(zoneTriangles, &params);
+}
+
+// Ends: the passes are counted, and every pass works on a list made before it.
+void Dt2::runRefinement(RefineZone& zoneTriangles, RefineParams* pRefineParams)
+{
+    pRefineZone = &zoneTriangles;
+    bLockConformingEdges = true;
+    std::vector<Triangle2*> vTriangles;
+    int numIdle = 0;
+    for (int cycle = 0; cycle < kMaxCycles && numIdle < kMaxIdleCycles; ++cycle) {
+        if (!zoneTriangles.bGrows) {
+            pRefineParams->pZone->getTriangles(vTriangles);
+            if (vTriangles.empty()) {
+                reportWarning("uniformRefinement(..)", "pZone is empty, invalid operation, return");
+                break;
+            }
+            zoneTriangles.assign(vTriangles);
+            if (cycle == 0)
+                pRefineParams->edgeFloor =
+                    std::max(pRefineParams->minEdgeLength, kFloorFraction * smallestAltitude(vTriangles));
+        }
+        const bool bProductive = refineCycle(zoneTriangles, pRefineParams);
+        const std::size_t numChangesBefore = numConstraintChanges;
+        applyConstraintsAndZones();
+        // Without a change the next cycles would find what the last pass found.
+        if (numConstraintChanges == numChangesBefore && !zoneTriangles.bUncertain)
+            break;
+        zoneTriangles.bUncertain = false;
+        numIdle = bProductive ? 0 : numIdle + 1;
+    }
+    bLockConformingEdges = false;
+    pRefineZone = nullptr;
+    for (Point2* pVtx : vSteinerVertices)
+        pVtx->marks &= ~static_cast<unsigned int>(VM_REFINEMENT);
+    vSteinerVertices.clear();
+    vertexVault.updateSortedIndex(false);
+}
+
+// Passes until one inserts nothing. @return whether any pass did
+bool Dt2::refineCycle(RefineZone& zoneTriangles, const RefineParams* pRefineParams)
+{
+    bool bProductive = false;
+    std::vector<RefineCandidate*> vCandidates;
+    while (zoneTriangles.numPasses++ < kMaxPasses) {
+        uniformRefinement(zoneTriangles, vCandidates, pRefineParams);
+        if (refineTriangles(zoneTriangles, vCandidates, pRefineParams) == 0)
+            break;
+        bProductive = true;
+        if (zoneTriangles.bUncertain && !zoneTriangles.bGrows)
+            break;
+    }
+    return bProductive;
+}
+
+// ---- a pass
+
+// Triangles that have not changed since the last pass, and met the bounds then, still meet them. All others are tested;
+// the result is that of testing every triangle of the zone.
+void Dt2::uniformRefinement(RefineZone& zoneTriangles, std::vector<RefineCandidate*>& vCandidates,
+                            const RefineParams* pRefineParams)
+{
+    std::vector<RefineCandidate>& vOpen = zoneTriangles.vOpen;
+    vOpen.erase(std::remove_if(vOpen.begin(), vOpen.end(),
+                               [](const RefineCandidate& candidate) {
+                                   return candidate.isTriangleStale() || !RefineZone::contains(candidate.pTriangle) ||
+                                          RefineZone::isNew(candidate.pTriangle);
+                               }),
+                vOpen.end());
+    std::vector<Triangle2*> vNew;
+    zoneTriangles.takeNew(vNew);
+    for (Triangle2* pT : vNew) {
+        const RefineCandidate candidate(this, pT);
+        if (candidate.missesBounds(*pRefineParams))
+            vOpen.push_back(candidate);
+    }
+    std::vector<std::pair<double, RefineCandidate*>> vOrder;
+    for (RefineCandidate& candidate : vOpen)
+        if (candidate.needRefinement(*pRefineParams))
+            vOrder.emplace_back(-candidate.circumRadius, &candidate);
+    std::sort(vOrder.begin(), vOrder.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+    vCandidates.clear();
+    for (const auto& entry : vOrder)
+        vCandidates.push_back(entry.second);
+}
+
+std::size_t Dt2::refineTriangles(RefineZone& zoneTriangles, const std::vector<RefineCandidate*>& vCandidates,
+                                 const RefineParams* pRefineParams)
+{
+    std::size_t numInserted = 0;
+    for (const RefineCandidate* pCandidate : vCandidates)
+        if (!pCandidate->isStale() && refineCandidate(zoneTriangles, *pCandidate, pRefineParams))
+            ++numInserted;
+    return numInserted;
+}
+
+// @return whether a vertex was inserted
+bool Dt2::refineCandidate(RefineZone& zoneTriangles, const RefineCandidate& candidate,
+                          const RefineParams* pRefineParams)
+{
+    switch (candidate.splitIndex) {
+    case RefineCandidate::SPLIT_NONE:
+        return insertCircumcenter(zoneTriangles, candidate);
+    case 0:
+    case 1:
+    case 2:
+        return splitConstraint(zoneTriangles, candidate, pRefineParams);
+    default:
+        return false;
+    }
+}
+
+bool Dt2::insertCircumcenter(RefineZone& zoneTriangles, const RefineCandidate& candidate)
+{
+    const Point2& center = candidate.steinerPoint;
+    Point2* pVtx = newVertex(center.x(), center.y());
+    pVtx->marks |= VM_REFINEMENT;
+    vSteinerVertices.push_back(pVtx);
+    insertVertex(&pVtx, candidate.pContainingT, WALK_INSIDE);
+    for (IncidentTriangles around(pVtx); !around.atEnd(); around.advance())
+        zoneTriangles.set(around.triangle(), true);
+    return true;
+}
+
+// ---- splitting a constraint
+
+bool Dt2::splitConstraint(RefineZone& zoneTriangles, const RefineCandidate& candidate,
+                          const RefineParams* pRefineParams)
+{
+    Triangle2* const pT = candidate.pContainingT;
+    Point2* const pRightEnd = pT->getCorner(next(candidate.splitIndex)); // pT lies left of the way from here
+    Point2* const pLeftEnd = pT->getCorner(prev(candidate.splitIndex));
+    ConstraintSegment2* const pCSeg = findConstraintSegment(pRightEnd, pLeftEnd);
+    if (!pRefineParams->bAllowConstraintSplitting || !pCSeg || zoneTriangles.sUnsplittable.count(pCSeg) > 0)
+        return false;
+    const Point2 &src = *pCSeg->getSrc(), &trg = *pCSeg->getTrg();
+    if (std::sqrt(squaredDistance(src, trg)) < 2.0 * pRefineParams->minEdgeLength)
+        return false;
+    const Point2 middle(middleOf(src.x(), trg.x()), middleOf(src.y(), trg.y()));
+    if (middle == src || middle == trg) {
+        reportWarning("Dt2::refineTriangles()",
+                      "Double precision arithmetic does not allow to split a segment further, giving up");
+        for (int i = 0; i < 3; ++i)
+            std::cout << "EdgeLen2D(" << i << "): " << std::sqrt(candidate.pTriangle->getSquaredEdgeLength(i))
+                      << std::endl;
+        zoneTriangles.sUnsplittable.insert(pCSeg);
+        return false;
+    }
+    const bool bOtherSide = RefineZone::contains(pT->getOppositeTriangle(candidate.splitIndex));
+    Point2* const pVtx = insertMidpoint(pCSeg, middle, pT);
+    QUOR2D_ASSERT(pVtx != pCSeg->getSrc(), "pInsertedVertex!=pCSeg->getSrc()");
+    QUOR2D_ASSERT(pVtx != pCSeg->getTrg(), "pInsertedVertex!=pCSeg->getTrg()");
+    pCSeg->split(pVtx);
+    // Before vertices go: the triangles that fill their holes belong where their stars did.
+    updateZoneBeside(zoneTriangles, pVtx, pLeftEnd, pRightEnd, true);
+    updateZoneBeside(zoneTriangles, pVtx, pRightEnd, pLeftEnd, bOtherSide || zoneTriangles.bGrows);
+    removeSplitVerticesNear(pVtx, squaredDistance(src, *pVtx));
+    if (zoneTriangles.bUncertain)
+        finishSplit(pCSeg);
+    return true;
+}
+
+// The segment's edge may be flipped while the vertex, which as a rule does not lie on it exactly, goes in.
+Point2* Dt2::insertMidpoint(const ConstraintSegment2* pCSeg, const Point2& middle, Triangle2* pStart)
+{
+    Triangle2* pT = pStart;
+    const int intState = walkToTriangle(&middle, pT);
+    if (intState == WALK_ON_CORNER) {
+        for (int i = 0; i < 3; ++i)
+            if (*pT->getCorner(i) == middle)
+                return pT->getCorner(i);
+    }
+    Point2* pVtx = newVertex(middle.x(), middle.y());
+    pReleasedSegment = pCSeg;
+    insertVertex(&pVtx, pT, intState);
+    pReleasedSegment = nullptr;
+    return pVtx;
+}
+
+// The triangles on one side of a split segment, counterclockwise around the split vertex between the edges to pFrom and
+// pTo: the zone has all of them or none. Where the pieces are no edges the zone gets uncertain.
+void Dt2::updateZoneBeside(RefineZone& zoneTriangles, Point2* pVtx, Point2* pFrom, const Point2* pTo, bool bMember)
+{
+    Triangle2* pT = findTriangleLeftOf(pVtx, pFrom);
+    if (!pT && findTriangleLeftOf(pFrom, pVtx))
+        return; // beyond the hull
+    // Ends: pTo or the hull is met before a turn is complete, since pFrom is not met again.
+    while (pT) {
+        const int i = pT->getIntraTriangleIndex(pVtx);
+        zoneTriangles.set(pT, bMember);
+        if (pT->getCorner(prev(i)) == pTo)
+            return;
+        pT = pT->getOppositeTriangle(next(i));
+        if (pT && pT->getCorner(next(pT->getIntraTriangleIndex(pVtx))) == pFrom)
+            break;
+    }
+    zoneTriangles.bUncertain = true;
+}
+
+} // namespace ZELK_QUOR2D

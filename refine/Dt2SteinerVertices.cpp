@@ -1,0 +1,71 @@
+// The part of refinement that takes back circumcentres near a split segment (Chew 1993). Without it the pieces of the
+// segment would be encroached on by vertices that were placed for longer ones.
+#include "core/Dt2.h"
+
+#include "core/IncidentTriangles.h"
+#include "refine/RefineZone.h"
+
+namespace ZELK_QUOR2D
+{
+
+// Searches along mesh edges inside the circle, but not past constraints. Only vertices of the record go: they are no
+// ends of constraints and lie inside the hull.
+void Dt2::removeSplitVerticesNear(Point2* pSplit, double squaredRadius)
+{
+    if (vSteinerVertices.empty())
+        return;
+    std::vector<Point2*> vInside(1, pSplit);
+    pSplit->marks |= VM_VISITED;
+    for (std::size_t k = 0; k < vInside.size(); ++k) {
+        if (k > 0 && isConstraintVertex(vInside[k]))
+            continue;
+        for (IncidentTriangles around(vInside[k]); !around.atEnd(); around.advance())
+            for (Point2* p : {around.nextCorner(), around.prevCorner()}) {
+                const double dx = p->x() - pSplit->x(), dy = p->y() - pSplit->y();
+                if (squaredRadius > dx * dx + dy * dy && !(p->marks & VM_VISITED)) {
+                    p->marks |= VM_VISITED;
+                    vInside.push_back(p);
+                }
+            }
+    }
+    for (Point2* p : vInside) {
+        p->marks &= ~static_cast<unsigned int>(VM_VISITED);
+        if (p->marks & VM_REFINEMENT)
+            removeSteinerVertex(p);
+    }
+}
+
+// Removes a circumcentre. The triangles that fill the hole belong to the zone if its star did: no constraint passes
+// through the star.
+void Dt2::removeSteinerVertex(Point2* pVtx)
+{
+    const bool bMember = RefineZone::contains(pVtx->getIncidentTriangle());
+    std::vector<Point2*> vRing; // counterclockwise: the vertex lies inside the hull
+    for (IncidentTriangles around(pVtx); !around.atEnd(); around.advance())
+        vRing.push_back(around.nextCorner());
+    pVtx->marks &= ~static_cast<unsigned int>(VM_REFINEMENT);
+    remove(pVtx, true);
+    if (pRefineZone)
+        updateZoneInside(vRing, bMember);
+}
+
+// Turns around the corners of the ring, clockwise from one to the next, in the triangles that it encloses.
+void Dt2::updateZoneInside(const std::vector<Point2*>& vRing, bool bMember)
+{
+    Triangle2* pT = findTriangleLeftOf(vRing[0], vRing[1]);
+    for (std::size_t k = vRing.size(); pT && k > 0; --k) {
+        const Point2* const pCorner = vRing[k % vRing.size()];
+        const Point2* const pEnd = vRing[k - 1];
+        pRefineZone->set(pT, bMember);
+        // Ends: a fan is finite, and the edge to pEnd is part of it.
+        while (pT && pT->getCorner(prev(pT->getIntraTriangleIndex(pCorner))) != pEnd) {
+            pT = pT->getOppositeTriangle(next(pT->getIntraTriangleIndex(pCorner)));
+            if (pT)
+                pRefineZone->set(pT, bMember);
+        }
+    }
+    if (!pT)
+        pRefineZone->bUncertain = true;
+}
+
+} // namespace ZELK_QUOR2D

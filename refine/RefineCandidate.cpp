@@ -1,0 +1,189 @@
+#include "refine/RefineCandidate.h"
+
+#include "Triangle2.h"
+#include "Vector2.h"
+#include "core/Dt2.h"
+#include "output/Message.h"
+#include "refine/SharpCorner.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+
+namespace ZELK_QUOR2D
+{
+
+namespace
+{
+
+// After this many steps each triangle is tested from a random edge on: a walk in a mesh with constraints can run in a
+// circle.
+constexpr std::size_t kMaxOrderedSteps = 2000;
+
+double distance(const Point2& p, const Point2& q)
+{
+    const double dx = q.x() - p.x(), dy = q.y() - p.y();
+    return std::sqrt(dx * dx + dy * dy);
+}
+
+std::array<Point2*, 3> cornersOf(const Triangle2* pT)
+{
+    return {pT->getCorner(0), pT->getCorner(1), pT->getCorner(2)};
+}
+
+} // namespace
+
+RefineCandidate::RefineCandidate(Dt2* pTriangulation, Triangle2* pTestedTriangle)
+    : pDt(pTriangulation), pTriangle(pTestedTriangle), pContainingT(pTestedTriangle), corners(cornersOf(pTriangle)),
+      containingCorners(corners)
+{
+    const std::pair<Point2, bool> dual = pTriangle->getDual();
+    steinerPoint = dual.first;
+    circumRadius = distance(steinerPoint, *corners[0]);
+    bValid = dual.second && std::isfinite(circumRadius);
+    for (int i = 0; i < 3; ++i)
+        aSqLengths[static_cast<std::size_t>(i)] = pTriangle->getSquaredEdgeLength(i);
+    std::sort(aSqLengths.begin(), aSqLengths.end());
+}
+
+// A triangle that is gone has no corners.
+bool RefineCandidate::isTriangleStale() const
+{
+    return cornersOf(pTriangle) != corners;
+}
+
+bool RefineCandidate::isStale() const
+{
+    return isTriangleStale() || cornersOf(pContainingT) != containingCorners;
+}
+
+bool RefineCandidate::needRefinement(const RefineParams& params)
+{
+    if (!missesBounds(params))
+        return false;
+    walk();
+    return aSqLengths[2] > params.sqMaxEdgeLength || isWorthwhile(params);
+}
+
+bool RefineCandidate::missesBounds(const RefineParams& params) const
+{
+    if (!bValid)
+        return false;
+    if (aSqLengths[2] > params.sqMaxEdgeLength)
+        return true;
+    const double shortest = std::sqrt(aSqLengths[0]);
+    if (!(circumRadius / shortest > params.maxRadiusEdgeRatio) || hasSmallInputAngle(params.minAngleDegree))
+        return false;
+    return !(params.minEdgeLength / 10.0 > shortest);
+}
+
+// Whether the refinement leaves edges that are long enough.
+bool RefineCandidate::isWorthwhile(const RefineParams& params) const
+{
+    switch (splitIndex) {
+    case 0:
+    case 1:
+    case 2: {
+        const Point2 *p0 = pContainingT->getCorner(next(splitIndex)), *p1 = pContainingT->getCorner(prev(splitIndex));
+        return pDt->isConstraint(p0, p1) && distance(*p0, *p1) >= 2.0 * params.edgeFloor &&
+               !cutsOffSharpCorner(*pDt, p0, p1, pTriangle, std::sqrt(aSqLengths[0]));
+    }
+    case SPLIT_AT_CORNER:
+    case SPLIT_LOST:
+        return false;
+    case SPLIT_NONE:
+        return circumRadius >= params.edgeFloor && !crowdsSharpCorner();
+    default:
+        reportError("RefineCandidate::needRefinement", "bug, unexpected case");
+        return false;
+    }
+}
+
+// Whether the point would come to lie so close to a piece at a sharp corner, which must not be split for it, that a
+// sliver is all it makes: it sees the piece under more than 120 degrees.
+bool RefineCandidate::crowdsSharpCorner() const
+{
+    for (int i = 0; i < 3; ++i) {
+        const Point2 *p0 = pContainingT->getCorner(next(i)), *p1 = pContainingT->getCorner(prev(i));
+        const double dot = (p0->x() - steinerPoint.x()) * (p1->x() - steinerPoint.x()) +
+                           (p0->y() - steinerPoint.y()) * (p1->y() - steinerPoint.y());
+        if (dot < -0.5 * distance(*p0, steinerPoint) * distance(*p1, steinerPoint) && pDt->isConstraint(p0, p1) &&
+            cutsOffSharpCorner(*pDt, p0, p1, pTriangle, std::sqrt(aSqLengths[0])))
+            return true;
+    }
+    return false;
+}
+
+// Whether two constraints that meet in a corner of the triangle make it impossible to reach the bound.
+bool RefineCandidate::hasSmallInputAngle(double minAngleDegree) const
+{
+    bool aConstraint[3];
+    for (int i = 0; i < 3; ++i)
+        aConstraint[i] = pDt->isConstraint(pTriangle, i);
+    for (int i = 0; i < 3; ++i) {
+        if (!aConstraint[next(i)] || !aConstraint[prev(i)])
+            continue;
+        const Point2 &corner = *pTriangle->getCorner(i), &pa = *pTriangle->getCorner(next(i)),
+                     &pb = *pTriangle->getCorner(prev(i));
+        const Vector2 a = normalize(Vector2(pa.x() - corner.x(), pa.y() - corner.y()));
+        const Vector2 b = normalize(Vector2(pb.x() - corner.x(), pb.y() - corner.y()));
+        const double cosine = std::clamp(a.x() * b.x() + a.y() * b.y(), -1.0, 1.0);
+        // Deliberate: the short value of pi.
+        if (minAngleDegree > std::acos(cosine) / 3.14159 * 180.0)
+            return true;
+    }
+    return false;
+}
+
+// ---- the way to the Steiner point
+
+// Ends: after as many random steps as there are triangles the point counts as lost.
+void RefineCandidate::walk()
+{
+    pContainingT = pTriangle;
+    int exit = findExit(0, 3);
+    std::size_t steps = 0;
+    while (exit >= 0 && exit <= 2) {
+        Triangle2* const pNext = pContainingT->getOppositeTriangle(exit);
+        if (!pNext || pDt->isConstraint(pContainingT, exit))
+            break;
+        if (++steps > kMaxOrderedSteps + pDt->numLiveTriangles()) {
+            exit = SPLIT_LOST;
+            break;
+        }
+        const int entry = pNext->getIntraTriangleIndex(pContainingT);
+        pContainingT = pNext;
+        exit = steps > kMaxOrderedSteps ? findExit(std::rand() % 3, 3) : findExit(next(entry), 2);
+    }
+    if (exit == SPLIT_NONE)
+        exit = findBlockingEdgeUnderPoint();
+    splitIndex = exit;
+    containingCorners = cornersOf(pContainingT);
+}
+
+// The first of some edges of the containing triangle, counted from ith, that has the point on its outer side.
+int RefineCandidate::findExit(int ith, int numEdges) const
+{
+    for (; numEdges > 0; --numEdges, ith = next(ith)) {
+        const Orientation2 orientation = pDt->predicates.getOrientation2(pContainingT, ith, &steinerPoint);
+        if (orientation == ORI2_NEGATIVE)
+            return ith;
+        if (orientation == ORI2_ZERO)
+            for (int i = 0; i < 3; ++i)
+                if (*pContainingT->getCorner(i) == steinerPoint)
+                    return SPLIT_AT_CORNER;
+    }
+    return SPLIT_NONE;
+}
+
+// A point exactly on a constraint or on the hull counts as blocked by it. The point lies in the triangle.
+int RefineCandidate::findBlockingEdgeUnderPoint() const
+{
+    for (int i = 0; i < 3; ++i)
+        if (pDt->predicates.getOrientation2(pContainingT, i, &steinerPoint) == ORI2_ZERO &&
+            (!pContainingT->getOppositeTriangle(i) || pDt->isConstraint(pContainingT, i)))
+            return i;
+    return SPLIT_NONE;
+}
+
+} // namespace ZELK_QUOR2D

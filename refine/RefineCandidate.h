@@ -1,0 +1,57 @@
+#pragma once
+
+#include "Point2.h"
+#include "refine/RefineParams.h"
+
+#include <array>
+
+namespace ZELK_QUOR2D
+{
+
+class Dt2;
+class Triangle2;
+
+/// A triangle that may have to be refined, and where the point that would do it lies.
+class RefineCandidate
+{
+public:
+    /// Where the way to the Steiner point ends, besides 0, 1, 2: the edge of the containing triangle that blocks it.
+    enum SplitIndex { SPLIT_NONE = -1, SPLIT_AT_CORNER = 4, SPLIT_LOST = 5 };
+
+    /// Finds the Steiner point, the circumcentre, but not yet the triangle that contains it.
+    RefineCandidate(Dt2* pTriangulation, Triangle2* pTestedTriangle);
+
+    /// Whether the triangle misses the bounds and there is something to do about it. Walks to the Steiner point if the
+    /// lengths say that the triangle misses them; then pContainingT and splitIndex are known.
+    bool needRefinement(const RefineParams& params);
+
+    /// Whether the tested triangle has changed, or is gone, since.
+    bool isTriangleStale() const;
+
+    /// Whether the tested or the containing triangle has changed since.
+    bool isStale() const;
+
+    /// The part of needRefinement() that depends on nothing but the triangle.
+    bool missesBounds(const RefineParams& params) const;
+
+    Dt2* pDt;
+    Triangle2* pTriangle;
+    Triangle2* pContainingT; // where the walk stopped
+    Point2 steinerPoint;
+    double circumRadius = 0.0;
+    int splitIndex = SPLIT_NONE;
+    bool bValid = false;
+    std::array<Point2*, 3> corners;
+    std::array<Point2*, 3> containingCorners;
+    std::array<double, 3> aSqLengths; // ascending
+
+private:
+    bool hasSmallInputAngle(double minAngleDegree) const;
+    bool isWorthwhile(const RefineParams& params) const;
+    bool crowdsSharpCorner() const;
+    void walk();
+    int findExit(int ith, int numEdges) const;
+    int findBlockingEdgeUnderPoint() const;
+};
+
+} // namespace ZELK_QUOR2D

@@ -1,0 +1,124 @@
+#include "refine/SharpCorner.h"
+
+#include "Triangle2.h"
+#include "core/Dt2.h"
+#include "core/IncidentTriangles.h"
+#include "geometry/TriangleIndex.h"
+#include "refine/RefineZone.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace ZELK_QUOR2D
+{
+
+namespace
+{
+
+// Below 60 degrees the pieces at a corner encroach on each other.
+constexpr double kSharpCosine = 0.5;
+
+// A piece is halved when it is this much longer than its neighbour; the two are then as near to each other in length as
+// halving can bring them.
+constexpr double kBalance = 1.4142135623730951;
+
+// A next piece of half the length (more tells it from one of the same length) shows that the corner has been refined
+// beyond the piece already. By measurement: allowing a quarter costs up to twice the triangles for the same angles, a
+// tenth lets corners of 5 degrees and less go on without end at a bound of 30 degrees.
+constexpr double kNextPiece = 0.75;
+
+// Rounding moves split points this far, relatively, off the line of their constraint.
+constexpr double kCollinear = 1e-9;
+
+double distance(const Point2* p, const Point2* q)
+{
+    return std::hypot(q->x() - p->x(), q->y() - p->y());
+}
+
+// A constraint piece as seen from the corner that it ends in.
+struct CornerPiece {
+    const Point2* pCorner;
+    const Point2* pEnd;
+
+    double length() const { return distance(pCorner, pEnd); }
+    double dx() const { return pEnd->x() - pCorner->x(); }
+    double dy() const { return pEnd->y() - pCorner->y(); }
+};
+
+double cosineBetween(const CornerPiece& a, const CornerPiece& b)
+{
+    return (a.dx() * b.dx() + a.dy() * b.dy()) / (a.length() * b.length());
+}
+
+// Turns around the corner from a piece to one side. @return the next constraint piece if it comes within a sharp angle
+// and the zone lies between; else a piece without end
+CornerPiece findSibling(const Dt2& dt, const CornerPiece& piece, bool bCounterclockwise)
+{
+    const Triangle2* pT = bCounterclockwise ? dt.findTriangleLeftOf(piece.pCorner, piece.pEnd)
+                                            : dt.findTriangleLeftOf(piece.pEnd, piece.pCorner);
+    // Ends: the angle grows with every turn.
+    while (RefineZone::contains(pT)) {
+        const int i = pT->getIntraTriangleIndex(piece.pCorner);
+        const CornerPiece edge{piece.pCorner, pT->getCorner(bCounterclockwise ? prev(i) : next(i))};
+        if (!(cosineBetween(piece, edge) > kSharpCosine))
+            break;
+        const int ith = bCounterclockwise ? next(i) : prev(i);
+        if (dt.isConstraint(pT, ith))
+            return edge;
+        pT = pT->getOppositeTriangle(ith);
+    }
+    return CornerPiece{piece.pCorner, nullptr};
+}
+
+// Whether a corner of the triangle is an end of some other constraint than the two pieces and what continues the
+// sibling: the reason to split then lies there.
+bool touchesOtherConstraint(const Triangle2* pTriangle, const CornerPiece& piece, const CornerPiece& sibling)
+{
+    for (int i = 0; i < 3; ++i) {
+        const CornerPiece way{piece.pCorner, pTriangle->getCorner(i)};
+        if (way.pEnd == piece.pCorner || way.pEnd == piece.pEnd || !Dt2::isConstraintVertex(way.pEnd))
+            continue;
+        const double t1 = way.dx() * sibling.dy(), t2 = way.dy() * sibling.dx();
+        if (std::fabs(t1 - t2) > kCollinear * (std::fabs(t1) + std::fabs(t2)))
+            return true;
+    }
+    return false;
+}
+
+// The shortest constraint piece at the far end, apart from the piece itself.
+double shortestNextPiece(const Dt2& dt, const CornerPiece& piece)
+{
+    double shortest = piece.length();
+    for (IncidentTriangles around(piece.pEnd); !around.atEnd(); around.advance())
+        for (const Point2* p : {around.nextCorner(), around.prevCorner()})
+            if (p != piece.pCorner && dt.isConstraint(piece.pEnd, p))
+                shortest = std::min(shortest, distance(piece.pEnd, p));
+    return shortest;
+}
+
+bool cutsOffTip(const Dt2& dt, const CornerPiece& piece, bool bLeft, const Triangle2* pTriangle, double shortest)
+{
+    const double length = piece.length();
+    const auto forbids = [&](const CornerPiece& sibling) {
+        if (!sibling.pEnd || length >= kBalance * sibling.length())
+            return false;
+        // The split makes an edge of about this length across the corner.
+        const double cosine = std::min(1.0, cosineBetween(piece, sibling));
+        if (length * std::sqrt(0.5 - 0.5 * cosine) >= shortest)
+            return false;
+        return !touchesOtherConstraint(pTriangle, piece, sibling);
+    };
+    if (forbids(findSibling(dt, piece, bLeft)))
+        return true;
+    return forbids(findSibling(dt, piece, !bLeft)) && shortestNextPiece(dt, piece) < kNextPiece * length;
+}
+
+} // namespace
+
+bool cutsOffSharpCorner(const Dt2& dt, const Point2* p0, const Point2* p1, const Triangle2* pTriangle, double shortest)
+{
+    return cutsOffTip(dt, CornerPiece{p0, p1}, true, pTriangle, shortest) ||
+           cutsOffTip(dt, CornerPiece{p1, p0}, false, pTriangle, shortest);
+}
+
+} // namespace ZELK_QUOR2D
