@@ -2,9 +2,7 @@
 // as a new vertex, or, where a constraint is in the way, the constraint is split at its midpoint.
 #include "core/Dt2.h"
 
-#include "ConstraintSegment2.h"
 #include "Zone2.h"
-#include "constraints/ConstraintMgr.h"
 #include "core/IncidentTriangles.h"
 #include "output/Message.h"
 #include "refine/RefineCandidate.h"
@@ -13,7 +11,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <iostream>
 #include <limits>
 #include <utility>
 
@@ -31,18 +28,6 @@ constexpr std::size_t kMaxPasses = 1000;
 
 // Where the bounds cannot be met refinement stops at edges of this part of the smallest altitude it began with.
 constexpr double kFloorFraction = 0.01;
-
-double squaredDistance(const Point2& p, const Point2& q)
-{
-    const double dx = q.x() - p.x(), dy = q.y() - p.y();
-    return dx * dx + dy * dy;
-}
-
-double middleOf(double a, double b)
-{
-    const double sum = a + b;
-    return std::isfinite(sum) ? sum * 0.5 : a * 0.5 + b * 0.5;
-}
 
 double smallestAltitude(const std::vector<Triangle2*>& vTriangles)
 {
@@ -116,11 +101,13 @@ void Dt2::runRefinement(RefineZone& zoneTriangles, RefineParams* pRefineParams)
                 pRefineParams->edgeFloor =
                     std::max(pRefineParams->minEdgeLength, kFloorFraction * smallestAltitude(vTriangles));
         }
-        const bool bProductive = refineCycle(zoneTriangles, pRefineParams);
+        bool bProductive = refineCycle(zoneTriangles, pRefineParams);
+        const bool bEvenedOut = evenOutCorners(zoneTriangles, pRefineParams);
+        bProductive = bProductive || bEvenedOut;
         const std::size_t numChangesBefore = numConstraintChanges;
         applyConstraintsAndZones();
         // Without a change the next cycles would find what the last pass found.
-        if (numConstraintChanges == numChangesBefore && !zoneTriangles.bUncertain)
+        if (!bEvenedOut && numConstraintChanges == numChangesBefore && !zoneTriangles.bUncertain)
             break;
         zoneTriangles.bUncertain = false;
         numIdle = bProductive ? 0 : numIdle + 1;
@@ -216,81 +203,6 @@ bool Dt2::insertCircumcenter(RefineZone& zoneTriangles, const RefineCandidate& c
     for (IncidentTriangles around(pVtx); !around.atEnd(); around.advance())
         zoneTriangles.set(around.triangle(), true);
     return true;
-}
-
-// ---- splitting a constraint
-
-bool Dt2::splitConstraint(RefineZone& zoneTriangles, const RefineCandidate& candidate,
-                          const RefineParams* pRefineParams)
-{
-    Triangle2* const pT = candidate.pContainingT;
-    Point2* const pRightEnd = pT->getCorner(next(candidate.splitIndex)); // pT lies left of the way from here
-    Point2* const pLeftEnd = pT->getCorner(prev(candidate.splitIndex));
-    ConstraintSegment2* const pCSeg = findConstraintSegment(pRightEnd, pLeftEnd);
-    if (!pRefineParams->bAllowConstraintSplitting || !pCSeg || zoneTriangles.sUnsplittable.count(pCSeg) > 0)
-        return false;
-    const Point2 &src = *pCSeg->getSrc(), &trg = *pCSeg->getTrg();
-    if (std::sqrt(squaredDistance(src, trg)) < 2.0 * pRefineParams->minEdgeLength)
-        return false;
-    const Point2 middle(middleOf(src.x(), trg.x()), middleOf(src.y(), trg.y()));
-    if (middle == src || middle == trg) {
-        reportWarning("Dt2::refineTriangles()",
-                      "Double precision arithmetic does not allow to split a segment further, giving up");
-        for (int i = 0; i < 3; ++i)
-            std::cout << "EdgeLen2D(" << i << "): " << std::sqrt(candidate.pTriangle->getSquaredEdgeLength(i))
-                      << std::endl;
-        zoneTriangles.sUnsplittable.insert(pCSeg);
-        return false;
-    }
-    const bool bOtherSide = RefineZone::contains(pT->getOppositeTriangle(candidate.splitIndex));
-    Point2* const pVtx = insertMidpoint(pCSeg, middle, pT);
-    QUOR2D_ASSERT(pVtx != pCSeg->getSrc(), "pInsertedVertex!=pCSeg->getSrc()");
-    QUOR2D_ASSERT(pVtx != pCSeg->getTrg(), "pInsertedVertex!=pCSeg->getTrg()");
-    pCSeg->split(pVtx);
-    // Before vertices go: the triangles that fill their holes belong where their stars did.
-    updateZoneBeside(zoneTriangles, pVtx, pLeftEnd, pRightEnd, true);
-    updateZoneBeside(zoneTriangles, pVtx, pRightEnd, pLeftEnd, bOtherSide || zoneTriangles.bGrows);
-    removeSplitVerticesNear(pVtx, squaredDistance(src, *pVtx));
-    if (zoneTriangles.bUncertain)
-        finishSplit(pCSeg);
-    return true;
-}
-
-// The segment's edge may be flipped while the vertex, which as a rule does not lie on it exactly, goes in.
-Point2* Dt2::insertMidpoint(const ConstraintSegment2* pCSeg, const Point2& middle, Triangle2* pStart)
-{
-    Triangle2* pT = pStart;
-    const int intState = walkToTriangle(&middle, pT);
-    if (intState == WALK_ON_CORNER) {
-        for (int i = 0; i < 3; ++i)
-            if (*pT->getCorner(i) == middle)
-                return pT->getCorner(i);
-    }
-    Point2* pVtx = newVertex(middle.x(), middle.y());
-    pReleasedSegment = pCSeg;
-    insertVertex(&pVtx, pT, intState);
-    pReleasedSegment = nullptr;
-    return pVtx;
-}
-
-// The triangles on one side of a split segment, counterclockwise around the split vertex between the edges to pFrom and
-// pTo: the zone has all of them or none. Where the pieces are no edges the zone gets uncertain.
-void Dt2::updateZoneBeside(RefineZone& zoneTriangles, Point2* pVtx, Point2* pFrom, const Point2* pTo, bool bMember)
-{
-    Triangle2* pT = findTriangleLeftOf(pVtx, pFrom);
-    if (!pT && findTriangleLeftOf(pFrom, pVtx))
-        return; // beyond the hull
-    // Ends: pTo or the hull is met before a turn is complete, since pFrom is not met again.
-    while (pT) {
-        const int i = pT->getIntraTriangleIndex(pVtx);
-        zoneTriangles.set(pT, bMember);
-        if (pT->getCorner(prev(i)) == pTo)
-            return;
-        pT = pT->getOppositeTriangle(next(i));
-        if (pT && pT->getCorner(next(pT->getIntraTriangleIndex(pVtx))) == pFrom)
-            break;
-    }
-    zoneTriangles.bUncertain = true;
 }
 
 } // namespace ZELK_QUOR2D

@@ -62,6 +62,7 @@ bool RefineCandidate::needRefinement(const RefineParams& params)
     if (!missesBounds(params))
         return false;
     walk();
+    pSparedCorner = nullptr;
     return aSqLengths[2] > params.sqMaxEdgeLength || isWorthwhile(params);
 }
 
@@ -77,41 +78,48 @@ bool RefineCandidate::missesBounds(const RefineParams& params) const
     return !(params.minEdgeLength / 10.0 > shortest);
 }
 
-// Whether the refinement leaves edges that are long enough.
-bool RefineCandidate::isWorthwhile(const RefineParams& params) const
+// Whether the refinement leaves edges that are long enough and does not spoil a sharp corner.
+bool RefineCandidate::isWorthwhile(const RefineParams& params)
 {
     switch (splitIndex) {
     case 0:
     case 1:
     case 2: {
-        const Point2 *p0 = pContainingT->getCorner(next(splitIndex)), *p1 = pContainingT->getCorner(prev(splitIndex));
-        return pDt->isConstraint(p0, p1) && distance(*p0, *p1) >= 2.0 * params.edgeFloor &&
-               !cutsOffSharpCorner(*pDt, p0, p1, pTriangle, std::sqrt(aSqLengths[0]));
+        Point2 *const p0 = pContainingT->getCorner(next(splitIndex)), *const p1 =
+                                                                          pContainingT->getCorner(prev(splitIndex));
+        if (!pDt->isConstraint(p0, p1) || distance(*p0, *p1) < 2.0 * params.edgeFloor)
+            return false;
+        pSparedCorner = findSparedCorner(*pDt, p0, p1, pTriangle, std::sqrt(aSqLengths[0]));
+        return !pSparedCorner;
     }
     case SPLIT_AT_CORNER:
     case SPLIT_LOST:
         return false;
     case SPLIT_NONE:
-        return circumRadius >= params.edgeFloor && !crowdsSharpCorner();
+        if (circumRadius < params.edgeFloor)
+            return false;
+        pSparedCorner = findCrowdedCorner();
+        return !pSparedCorner;
     default:
         reportError("RefineCandidate::needRefinement", "bug, unexpected case");
         return false;
     }
 }
 
-// Whether the point would come to lie so close to a piece at a sharp corner, which must not be split for it, that a
-// sliver is all it makes: it sees the piece under more than 120 degrees.
-bool RefineCandidate::crowdsSharpCorner() const
+// The sharp corner, if any, with a piece so close to the point that a sliver would be all it makes: the point sees the
+// piece under more than 120 degrees, and the piece must not be split for it.
+Point2* RefineCandidate::findCrowdedCorner() const
 {
     for (int i = 0; i < 3; ++i) {
-        const Point2 *p0 = pContainingT->getCorner(next(i)), *p1 = pContainingT->getCorner(prev(i));
+        Point2 *const p0 = pContainingT->getCorner(next(i)), *const p1 = pContainingT->getCorner(prev(i));
         const double dot = (p0->x() - steinerPoint.x()) * (p1->x() - steinerPoint.x()) +
                            (p0->y() - steinerPoint.y()) * (p1->y() - steinerPoint.y());
-        if (dot < -0.5 * distance(*p0, steinerPoint) * distance(*p1, steinerPoint) && pDt->isConstraint(p0, p1) &&
-            cutsOffSharpCorner(*pDt, p0, p1, pTriangle, std::sqrt(aSqLengths[0])))
-            return true;
+        if (dot >= -0.5 * distance(*p0, steinerPoint) * distance(*p1, steinerPoint) || !pDt->isConstraint(p0, p1))
+            continue;
+        if (Point2* const pCorner = findSparedCorner(*pDt, p0, p1, pTriangle, std::sqrt(aSqLengths[0])))
+            return pCorner;
     }
-    return false;
+    return nullptr;
 }
 
 // Whether two constraints that meet in a corner of the triangle make it impossible to reach the bound.

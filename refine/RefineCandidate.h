@@ -44,11 +44,12 @@ public:
     std::array<Point2*, 3> corners;
     std::array<Point2*, 3> containingCorners;
     std::array<double, 3> aSqLengths; // ascending
+    Point2* pSparedCorner = nullptr;  // the sharp corner for whose sake nothing is done
 
 private:
     bool hasSmallInputAngle(double minAngleDegree) const;
-    bool isWorthwhile(const RefineParams& params) const;
-    bool crowdsSharpCorner() const;
+    bool isWorthwhile(const RefineParams& params);
+    Point2* findCrowdedCorner() const;
     void walk();
     int findExit(int ith, int numEdges) const;
     int findBlockingEdgeUnderPoint() const;

@@ -37,8 +37,8 @@ double distance(const Point2* p, const Point2* q)
 
 // A constraint piece as seen from the corner that it ends in.
 struct CornerPiece {
-    const Point2* pCorner;
-    const Point2* pEnd;
+    Point2* pCorner;
+    Point2* pEnd;
 
     double length() const { return distance(pCorner, pEnd); }
     double dx() const { return pEnd->x() - pCorner->x(); }
@@ -113,12 +113,53 @@ bool cutsOffTip(const Dt2& dt, const CornerPiece& piece, bool bLeft, const Trian
     return forbids(findSibling(dt, piece, !bLeft)) && shortestNextPiece(dt, piece) < kNextPiece * length;
 }
 
+// Whether the edge across a corner makes an angle below the bound with the shorter piece, on its far side, for any
+// lengths that halving the pieces can give. Lengths that are near to each other are best.
+//
+//                    t   B      a + b is the angle at A that the triangles beyond AB have to fill; b grows with t - s
+//            ___---  /b
+//    corner  a______/a+b
+//               s   A
+bool isUneven(const CornerPiece& a, const CornerPiece& b, double minAngleDegree)
+{
+    int exponent = 0;
+    double ratio = std::frexp(a.length() / b.length(), &exponent); // in [0.5, 1)
+    ratio = ratio * kBalance < 1.0 ? 2.0 * ratio : 1.0 / ratio;    // in [1, kBalance]
+    const double cosine = std::min(1.0, cosineBetween(a, b));
+    const double sine = std::sqrt(1.0 - cosine * cosine);
+    const double angle = std::atan2(sine, cosine) + std::atan2(sine, ratio - cosine);
+    return angle * (180.0 / 3.141592653589793) < minAngleDegree;
+}
+
 } // namespace
 
-bool cutsOffSharpCorner(const Dt2& dt, const Point2* p0, const Point2* p1, const Triangle2* pTriangle, double shortest)
+Point2* findSparedCorner(const Dt2& dt, Point2* p0, Point2* p1, const Triangle2* pTriangle, double shortest)
 {
-    return cutsOffTip(dt, CornerPiece{p0, p1}, true, pTriangle, shortest) ||
-           cutsOffTip(dt, CornerPiece{p1, p0}, false, pTriangle, shortest);
+    if (cutsOffTip(dt, CornerPiece{p0, p1}, true, pTriangle, shortest))
+        return p0;
+    if (cutsOffTip(dt, CornerPiece{p1, p0}, false, pTriangle, shortest))
+        return p1;
+    return nullptr;
+}
+
+void findUnevenPieces(const Dt2& dt, Point2* pCorner, double minAngleDegree, std::vector<Point2*>& vEnds)
+{
+    vEnds.clear();
+    bool bUneven = false;
+    for (IncidentTriangles around(pCorner); !around.atEnd(); around.advance()) {
+        const CornerPiece piece{pCorner, around.nextCorner()};
+        if (!dt.isConstraint(around.triangle(), prev(around.apex())))
+            continue;
+        const CornerPiece sibling = findSibling(dt, piece, true);
+        if (!sibling.pEnd)
+            continue;
+        bUneven = bUneven || isUneven(piece, sibling, minAngleDegree);
+        for (Point2* pEnd : {piece.pEnd, sibling.pEnd})
+            if (std::find(vEnds.begin(), vEnds.end(), pEnd) == vEnds.end())
+                vEnds.push_back(pEnd);
+    }
+    if (!bUneven)
+        vEnds.clear();
 }
 
 } // namespace ZELK_QUOR2D

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 namespace ZELK_QUOR2D
 {
 
@@ -7,16 +9,23 @@ class Dt2;
 class Point2;
 class Triangle2;
 
-/// Whether splitting a constraint piece on behalf of a triangle would cut the tip off a sharp corner to no end.
+/// Splitting a constraint piece on behalf of a triangle may cut the tip off a sharp corner to no end.
 ///
 /// Constraints that meet below 60 degrees encroach on each other: a short edge between them asks for a shorter piece at
-/// the corner, that for shorter edges, and so on. The cures that are known (Shewchuk 2000; Miller, Pav, Walkington
-/// 2003) want the pieces at a corner to be of one length. Halving cannot do that, but it can balance them. Beyond
-/// that a piece at a sharp corner is split only for a reason that does not come from the corner itself.
+/// the corner, that for shorter edges, and so on. So a piece at such a corner is halved only to balance the pieces
+/// there, or for a reason that does not come from the corner itself (after Shewchuk 2000; Miller, Pav, Walkington
+/// 2003).
 ///
 /// @param p0, p1     the ends of the piece; the side of the triangle is to the left of the way from p0 to p1
 /// @param pTriangle  what asks for the split
 /// @param shortest   its shortest edge
-bool cutsOffSharpCorner(const Dt2& dt, const Point2* p0, const Point2* p1, const Triangle2* pTriangle, double shortest);
+/// @return the corner, or null when the piece may be split
+Point2* findSparedCorner(const Dt2& dt, Point2* p0, Point2* p1, const Triangle2* pTriangle, double shortest);
+
+/// Collects the far ends of the pieces at a corner that have a neighbour within 60 degrees, if halving cannot bring the
+/// lengths of all of them near enough to each other for the angle bound.
+///
+/// @param vEnds  replaced; empty when the pieces can stay as they are
+void findUnevenPieces(const Dt2& dt, Point2* pCorner, double minAngleDegree, std::vector<Point2*>& vEnds);
 
 } // namespace ZELK_QUOR2D
