@@ -127,7 +127,7 @@ void Dt2::recoverEdge(const SegmentTrace& trace)
         pT->setState(false);
         discardTriangle(pT);
     }
-    flipToMatchCDT(filler.vNew);
+    flipToMatchCDT(filler.vNew, trace.p0, trace.p1);
 }
 
 Point2* Dt2::treatConstraintZone(Point2* p0, Point2* p1)
@@ -147,22 +147,9 @@ Point2* Dt2::treatConstraintZone(Point2* p0, Point2* p1)
 
 // ---- restoring empty circles
 
-// Flips in passes (Lawson 1977). Decides by the plain in-circle sign: under the rule for axis-parallel rectangles both
-// diagonals of such a rectangle would count as illegal. Ends: each flip makes the surface of the lifted triangles
-// lower, and there are finitely many triangulations.
-void Dt2::flipToMatchCDT(std::vector<Triangle2*>& vWork)
-{
-    std::vector<Triangle2*> vChanged;
-    while (!vWork.empty()) {
-        for (Triangle2* pT : vWork)
-            flipIllegalEdge(pT, vChanged);
-        vWork.swap(vChanged);
-        vChanged.clear();
-    }
-}
-
 // Flips at most one edge, and lists the two triangles.
-void Dt2::flipIllegalEdge(Triangle2* pT, std::vector<Triangle2*>& vChanged)
+template <class IsKept>
+void Dt2::flipIllegalEdge(Triangle2* pT, std::vector<Triangle2*>& vChanged, const IsKept& isKept)
 {
     for (int i = 0; i < 3; ++i) {
         Triangle2* const pOpp = pT->getOppositeTriangle(i);
@@ -170,7 +157,7 @@ void Dt2::flipIllegalEdge(Triangle2* pT, std::vector<Triangle2*>& vChanged)
             continue;
         const Point2* const pApex = pOpp->getCorner(pOpp->getIntraTriangleIndex(pT));
         const Orientation2 side = predicates.inCircleSign(pT->getCorner(0), pT->getCorner(1), pT->getCorner(2), pApex);
-        if (side != ORI2_POSITIVE || isLockedEdge(pT, i))
+        if (side != ORI2_POSITIVE || isKept(pT, i))
             continue;
         if (predicates.getOrientation2(pT->getCorner(i), pT->getCorner(next(i)), pApex) != ORI2_POSITIVE ||
             predicates.getOrientation2(pT->getCorner(i), pApex, pT->getCorner(prev(i))) != ORI2_POSITIVE) {
@@ -181,6 +168,24 @@ void Dt2::flipIllegalEdge(Triangle2* pT, std::vector<Triangle2*>& vChanged)
         vChanged.push_back(pT);
         vChanged.push_back(pOpp);
         return;
+    }
+}
+
+// Flips in passes (Lawson 1977). Decides by the plain in-circle sign: under the rule for axis-parallel rectangles both
+// diagonals of such a rectangle would count as illegal. Ends: each flip makes the surface of the lifted triangles
+// lower, and there are finitely many triangulations.
+void Dt2::flipToMatchCDT(std::vector<Triangle2*>& vWork, const Point2* pKeep0, const Point2* pKeep1)
+{
+    const auto isKept = [&](const Triangle2* pT, int ith) {
+        const Point2 *p = pT->getCorner(next(ith)), *q = pT->getCorner(prev(ith));
+        return (p == pKeep0 && q == pKeep1) || (p == pKeep1 && q == pKeep0) || isLockedEdge(pT, ith);
+    };
+    std::vector<Triangle2*> vChanged;
+    while (!vWork.empty()) {
+        for (Triangle2* pT : vWork)
+            flipIllegalEdge(pT, vChanged, isKept);
+        vWork.swap(vChanged);
+        vChanged.clear();
     }
 }
 

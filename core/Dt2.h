@@ -214,8 +214,9 @@ public:
     /// Makes p0-p1 an edge. @return null, or an existing vertex on the open segment; then nothing has changed
     Point2* treatConstraintZone(Point2* p0, Point2* p1);
 
-    /// Restores the empty circles by flips that start from these triangles; locked edges stay. Empties the list.
-    void flipToMatchCDT(std::vector<Triangle2*>& vWork);
+    /// Restores the empty circles by flips that start from these triangles. Locked edges stay, and the edge between the
+    /// two vertices given. Empties the list.
+    void flipToMatchCDT(std::vector<Triangle2*>& vWork, const Point2* pKeep0 = nullptr, const Point2* pKeep1 = nullptr);
 
     /// Inserts a point on a live segment, or as near to it as coordinates allow; its edge may be flipped meanwhile.
     /// The segment is not split yet; finishSplit() must follow the split.
@@ -356,7 +357,8 @@ private:
     void insertPiece(ConstraintSegment2* pCSeg, std::vector<ConstraintSegment2*>& vStack, SegmentTrace& trace);
     static Point2* findVertexBeside(const SegmentTrace& trace);
     void splitAtMidpoint(ConstraintSegment2* pCSeg, Triangle2* pStart);
-    void flipIllegalEdge(Triangle2* pT, std::vector<Triangle2*>& vChanged);
+    template <class IsKept>
+    void flipIllegalEdge(Triangle2* pT, std::vector<Triangle2*>& vChanged, const IsKept& isKept);
     Point2* insertAt(const Point2& p, Triangle2* pStart);
     void restoreFormerEdge(Point2* p0, Point2* p1);
     bool splitAtCrossing(ConstraintSegment2* pCSeg, ConstraintSegment2* pOther, Triangle2* pStart, const char* where);
