@@ -293,8 +293,10 @@ private:
     std::size_t addToBoxes(std::size_t numPoints, const Source& source);
     template <class Source>
     void insertBatchWhileCollecting(std::size_t numPoints, const Source& source, Point2** aHandles);
+    template <class Source>
+    void insertBatchIntoMesh(std::size_t numPoints, std::size_t numLeftOut, const Source& source, Point2** aHandles);
     void insertRange(std::size_t first, std::size_t last, Triangle2* pStart);
-    void insertSparse(std::size_t first, std::size_t last);
+    void insertSparse(std::vector<VaultEntry>& vBatch);
     Triangle2* insertEntry(std::size_t index, Triangle2* pStart);
     Triangle2* splitTriangle(Point2* pVtx, Triangle2* pT);
     Triangle2* takeTriangle(Point2* pA, Point2* pB, Point2* pC);

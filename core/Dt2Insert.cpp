@@ -123,19 +123,34 @@ void Dt2::insertBatch(std::size_t numPoints, const Source& source, Point2** aHan
         insertBatchWhileCollecting(numPoints, source, aHandles);
         return;
     }
-    std::vector<std::uint32_t> vEntryOfInput;
+    insertBatchIntoMesh(numPoints, numLeftOut, source, aHandles);
+}
+
+template <class Source>
+void Dt2::insertBatchIntoMesh(std::size_t numPoints, std::size_t numLeftOut, const Source& source, Point2** aHandles)
+{
     const auto bSkip = [&](std::size_t i) { return numLeftOut > 0 && !isFinite(source(i)); };
+    std::size_t firstFinite = 0;
+    while (bSkip(firstFinite)) // ends: not all are left out
+        ++firstFinite;
+    const bool bSparse = (numPoints - numLeftOut) * kSparseFactor < vertexVault.vIdxVtxAct.size();
+    // Looking for a triangle may rearrange the vault, so that must not happen while the batch is only half inserted.
+    Triangle2* const pStart = bSparse ? nullptr : vertexVault.getCT(hilbertCurve.getIndex(source(firstFinite)));
+    std::vector<std::uint32_t> vEntryOfInput;
     const std::size_t first = vertexVault.addPoints(numPoints, source, bSkip, aHandles ? &vEntryOfInput : nullptr);
-    const std::size_t last = vertexVault.vIdxVtxAct.size();
-    if ((last - first) * kSparseFactor < first)
-        insertSparse(first, last);
-    else
-        insertRange(first, last, vertexVault.getCT(vertexVault[first].key));
+    std::vector<VaultEntry> vTaken;
+    if (bSparse) {
+        vTaken = vertexVault.takeFrom(first);
+        insertSparse(vTaken);
+    } else {
+        insertRange(first, vertexVault.vIdxVtxAct.size(), pStart);
+    }
+    const VaultEntry* const pEntries = bSparse ? vTaken.data() : &vertexVault[first];
     for (std::size_t i = 0; i < vEntryOfInput.size(); ++i)
         if (vEntryOfInput[i] != VertexVault::kNoEntry)
-            aHandles[i] = vertexVault[vEntryOfInput[i]].pVtx;
-    pLastInserted = vertexVault[last - 1].pVtx;
-    vertexVault.finishBatch(first);
+            aHandles[i] = pEntries[vEntryOfInput[i] - first].pVtx;
+    pLastInserted = bSparse ? vTaken.back().pVtx : vertexVault.vIdxVtxAct.back().pVtx;
+    vertexVault.finishBatch(bSparse ? vertexVault.vIdxVtxAct.size() : first);
 }
 
 // @return the number of points that have a non-finite coordinate
@@ -193,11 +208,14 @@ void Dt2::insertBatchWhileCollecting(std::size_t numPoints, const Source& source
 }
 
 // From one point of a small batch to the next it is farther than from the vertices that the vault knows.
-void Dt2::insertSparse(std::size_t first, std::size_t last)
+void Dt2::insertSparse(std::vector<VaultEntry>& vBatch)
 {
-    for (std::size_t i = first; i < last; ++i) {
-        const VaultEntry& entry = vertexVault[i];
-        insertEntry(i, findStartTriangle(*entry.pVtx, entry.key));
+    for (VaultEntry& entry : vBatch) {
+        Point2* const pNew = entry.pVtx;
+        insertIntoTriangle(&entry.pVtx, findStartTriangle(*pNew, entry.key));
+        if (entry.pVtx != pNew)
+            vertexVault.markDuplicate(entry, pNew);
+        vertexVault.vIdxVtxAct.push_back(entry);
         vertexVault.noteRecent(entry.key, entry.pVtx);
     }
 }

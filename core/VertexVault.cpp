@@ -65,6 +65,14 @@ void VertexVault::remove(Point2* pVtx)
     pendingDuplicates = 0;
 }
 
+std::vector<VaultEntry> VertexVault::takeFrom(std::size_t first)
+{
+    const auto begin = vIdxVtxAct.begin() + static_cast<std::ptrdiff_t>(first);
+    std::vector<VaultEntry> vTaken(begin, vIdxVtxAct.end());
+    vIdxVtxAct.erase(begin, vIdxVtxAct.end());
+    return vTaken;
+}
+
 // Doubling on demand, exact for the first batch.
 void VertexVault::reserveFor(std::size_t numNewEntries)
 {

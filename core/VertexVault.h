@@ -67,6 +67,9 @@ public:
     /// Marks an entry made by add() or addPoints() as a repetition of another vertex's place.
     void markDuplicate(VaultEntry& entry, Point2* pUnused);
 
+    /// Takes the newest entries out again, from `first` on.
+    std::vector<VaultEntry> takeFrom(std::size_t first);
+
     /// Takes a vertex out. O(1): its entries disappear at the next compaction, but are not counted from now on.
     void remove(Point2* pVtx);
 
@@ -74,7 +77,7 @@ public:
     bool contains(const Point2* p) const { return vertexPool.contains(p) && !(p->marks & VM_REMOVED); }
 
     /// An incident triangle of the vertex whose key is nearest, or of one near it. Never null while the triangulation
-    /// has triangles.
+    /// has triangles. May drop and move entries.
     Triangle2* getCT(std::uint32_t key);
 
     /// A vertex of the mesh that was noted in the same stretch of the curve, or null. O(1), and unlike getCT() it knows
