@@ -1,6 +1,7 @@
 #include "tests/fuzz/MeshModel.h"
 
 #include "tests/fuzz/Targets.h"
+#include "tests/support/ConstraintCheck.h"
 #include "tests/support/MeshCheck.h"
 
 #include <algorithm>
@@ -54,6 +55,7 @@ void MeshModel::noteInserted(const Point2& p, Point2* pHandle)
     }
     require(pHandle != nullptr, "no handle for an inserted point");
     require(*pHandle == p, "the handle has other coordinates than the point");
+    bUntouched = false;
     const auto it = mLive.emplace(Place(p.x(), p.y()), pHandle);
     require(it.first->second == pHandle, "a second vertex at the same place");
     require(sRemoved.count(pHandle) == 0, "a removed vertex was used again");
@@ -68,6 +70,7 @@ void MeshModel::noteRemoved(Point2* pVtx)
     require(pVtx->getIncidentTriangle() == nullptr, "a removed vertex has a triangle");
     mLive.erase(it);
     sRemoved.insert(pVtx);
+    bUntouched = false;
 }
 
 void MeshModel::adoptVertices()
@@ -83,6 +86,7 @@ void MeshModel::adoptVertices()
         else
             require(it->second == p, "a vertex was exchanged for another one");
     }
+    require(mNow.size() == vVertices.size(), "two vertices at the same place");
     for (const auto& entry : mLive)
         if (mNow.count(entry.first) == 0)
             sRemoved.insert(entry.second);
@@ -95,15 +99,116 @@ bool MeshModel::isLive(Point2* pVtx) const
     return it != mLive.end() && it->second == pVtx;
 }
 
-void MeshModel::checkMesh() const
+bool MeshModel::isRemovable(Point2* pVtx) const
 {
-    const ::testing::AssertionResult result = test::isValidMesh(dt);
-    require(result, result.message());
+    if (!isLive(pVtx) || dt.numberOfTriangles() == 0)
+        return false;
+    for (ConstraintGraph2* pGraph : vGraphs) {
+        std::vector<ConstraintSegment2*> vNodes;
+        pGraph->getOriginalConstraintSegments(vNodes);
+        while (!vNodes.empty()) { // ends: the split trees are finite
+            ConstraintSegment2* const pCSeg = vNodes.back();
+            vNodes.pop_back();
+            if (pCSeg->getSrc() == pVtx || pCSeg->getTrg() == pVtx)
+                return false;
+            if (pCSeg->isAlive())
+                continue;
+            ConstraintSegment2 *pCSeg0 = nullptr, *pCSeg1 = nullptr;
+            Point2* pSplit = nullptr;
+            pCSeg->getChildrenAndSplitPoint(pCSeg0, pCSeg1, pSplit);
+            vNodes.insert(vNodes.end(), {pCSeg0, pCSeg1});
+        }
+    }
+    return true;
+}
+
+void MeshModel::addGraph(ConstraintGraph2* pGraph)
+{
+    vGraphs.push_back(pGraph);
+    bApplied = bUntouched = false;
+}
+
+void MeshModel::noteApplied(std::size_t numGivenUp)
+{
+    bApplied = bUntouched = dt.numberOfTriangles() > 0;
+    maxMissing = numGivenUp;
+}
+
+void MeshModel::checkMesh()
+{
+    if (dt.numberOfTriangles() == 0)
+        bApplied = bUntouched = false;
+    if (bApplied && !vGraphs.empty())
+        checkConstraints();
+    else
+        checkUnappliedMesh();
+    checkVertices();
+}
+
+void MeshModel::checkVertices() const
+{
     std::vector<Point2*> vVertices;
     dt.getVertexPointers(vVertices);
     require(vVertices.size() == mLive.size(), "the number of vertices");
     for (Point2* p : vVertices)
         require(isLive(p), "a vertex that nobody has inserted");
+}
+
+// A constrained segment that happens to be an edge may be kept before it is applied.
+void MeshModel::checkUnappliedMesh() const
+{
+    std::set<Edge> sConstrained;
+    for (const ConstraintSegment2* pPiece : test::alivePieces(vGraphs))
+        if (pPiece->getCIS() == CIS_CONSTRAINED_DELAUNAY)
+            sConstrained.emplace(pPiece->getSrc(), pPiece->getTrg());
+    test::MeshCheckOptions options;
+    options.isExemptEdge = [&](const Point2* p, const Point2* q) {
+        return sConstrained.count(Edge(p, q)) > 0 || sConstrained.count(Edge(q, p)) > 0;
+    };
+    const ::testing::AssertionResult result = test::isValidMesh(dt, options);
+    require(result, result.message());
+}
+
+// Conforming pieces may be lost when the mesh changes after they were applied, constrained ones not.
+void MeshModel::checkConstraints() const
+{
+    test::ConstraintCheckOptions options;
+    options.maxDeviation = 1e-9 * largestCoordinate();
+    options.maxMissing = maxMissing;
+    if (!bUntouched) {
+        std::size_t numMissing = 0;
+        for (const ConstraintSegment2* pPiece : test::alivePieces(vGraphs)) {
+            options.maxMissing += pPiece->getCIS() == CIS_CONFORMING_DELAUNAY ? 1 : 0;
+            if (pPiece->getCIS() == CIS_CONSTRAINED_DELAUNAY &&
+                !dt.getAdjacentTriangle(pPiece->getSrc(), pPiece->getTrg()))
+                ++numMissing;
+        }
+        require(numMissing <= maxMissing, "a constrained edge was lost");
+    }
+    const std::string defect = test::findConstraintDefect(dt, vGraphs, options);
+    require(defect.empty(), defect.c_str());
+}
+
+double MeshModel::largestCoordinate() const
+{
+    double largest = 0.0;
+    for (const auto& entry : mLive)
+        largest = std::max({largest, std::fabs(entry.first.first), std::fabs(entry.first.second)});
+    return largest;
+}
+
+void MeshModel::checkGraphs() const
+{
+    for (ConstraintGraph2* pGraph : vGraphs) {
+        std::vector<Point2*> vRing;
+        pGraph->getPolygonVertices(vRing);
+        if (!pGraph->isPolygon())
+            continue;
+        require(vRing.size() >= 3, "a polygon of less than three vertices");
+        for (std::size_t i = 0; i < vRing.size(); ++i)
+            require(pGraph->isConstraint(vRing[i], vRing[(i + 1) % vRing.size()]), "a polygon with a gap");
+        require(vRing.size() == test::alivePieces({pGraph}).size(), "a polygon with other pieces than its own");
+    }
 }
 
 void MeshModel::checkLocation(const Point2& p, Triangle2* pFound) const
@@ -133,7 +238,7 @@ void MeshModel::checkAdjacency(Point2* p0, Point2* p1, Triangle2* pFound) const
 
 void MeshModel::checkStar(Point2* pVtx) const
 {
-    if (!pVtx->getIncidentTriangle())
+    if (!pVtx || !pVtx->getIncidentTriangle())
         return;
     std::vector<Triangle2*> vTriangles;
     dt.getTrianglePointers(vTriangles);
