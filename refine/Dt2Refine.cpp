@@ -101,15 +101,13 @@ void Dt2::runRefinement(RefineZone& zoneTriangles, RefineParams* pRefineParams)
                 pRefineParams->edgeFloor =
                     std::max(pRefineParams->minEdgeLength, kFloorFraction * smallestAltitude(vTriangles));
         }
-        bool bProductive = refineCycle(zoneTriangles, pRefineParams);
-        const bool bEvenedOut = evenOutCorners(zoneTriangles, pRefineParams);
-        bProductive = bProductive || bEvenedOut;
-        const std::size_t numChangesBefore = numConstraintChanges;
-        applyConstraintsAndZones();
-        // Without a change the next cycles would find what the last pass found.
-        if (!bEvenedOut && numConstraintChanges == numChangesBefore && !zoneTriangles.bUncertain)
+        const bool bProductive = refineCycle(zoneTriangles, pRefineParams);
+        // As long as every piece became an edge when its segment was split, all constraints are edges still, and the
+        // next cycles would find what the last pass found.
+        if (!zoneTriangles.bUncertain)
             break;
         zoneTriangles.bUncertain = false;
+        applyConstraintsAndZones();
         numIdle = bProductive ? 0 : numIdle + 1;
     }
     bLockConformingEdges = false;
@@ -127,7 +125,8 @@ bool Dt2::refineCycle(RefineZone& zoneTriangles, const RefineParams* pRefinePara
     std::vector<RefineCandidate*> vCandidates;
     while (zoneTriangles.numPasses++ < kMaxPasses) {
         uniformRefinement(zoneTriangles, vCandidates, pRefineParams);
-        if (refineTriangles(zoneTriangles, vCandidates, pRefineParams) == 0)
+        const std::size_t numInserted = refineTriangles(zoneTriangles, vCandidates, pRefineParams);
+        if (!evenOutCorners(zoneTriangles, pRefineParams) && numInserted == 0)
             break;
         bProductive = true;
         if (zoneTriangles.bUncertain && !zoneTriangles.bGrows)
