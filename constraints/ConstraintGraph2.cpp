@@ -62,11 +62,6 @@ Point2* findLowestLeftmost(const std::vector<ConstraintSegment2*>& vSegments)
 
 } // namespace
 
-std::size_t ConstraintGraph2::EdgeKeyHash::operator()(const EdgeKey& key) const
-{
-    return hashOfEdge(key.first, key.second);
-}
-
 ConstraintGraph2::ConstraintGraph2(Dt2* pTriangulation, const std::vector<ConstraintSegment2*>& vSegments,
                                    ConstraintInsertionStrategy strategy)
     : pDt2(pTriangulation), pPredicates(&pTriangulation->predicates), cis(strategy)
@@ -80,13 +75,14 @@ ConstraintGraph2::ConstraintGraph2(Dt2* pTriangulation, const std::vector<Constr
             vWorking.push_back(pCSeg);
     }
     vCSegments.reserve(vWorking.size());
-    mCSegReverse.reserve(vWorking.size());
+    growIndex(vWorking.size());
     bIsPolygon = checkAndSortPolygon(vWorking);
     if (bIsPolygon)
         return;
     vCSegments.clear();
     vReverse.clear();
-    mCSegReverse.clear();
+    std::fill(vCSegReverse.begin(), vCSegReverse.end(), DirectedSegment());
+    numIndexed = 0;
     for (ConstraintSegment2* pCSeg : vWorking)
         append(pCSeg, false);
 }
@@ -152,10 +148,36 @@ void ConstraintGraph2::append(ConstraintSegment2* pCSeg, bool bReverse)
 // A segment that the graph holds already keeps its direction. One with the same ends that was split gives way.
 void ConstraintGraph2::enter(ConstraintSegment2* pCSeg, bool bReverse)
 {
-    DirectedSegment& entry =
-        mCSegReverse.emplace(EdgeKey(pCSeg->getSrc(), pCSeg->getTrg()), DirectedSegment{pCSeg, bReverse}).first->second;
-    if (entry.pCSeg != pCSeg)
-        entry = DirectedSegment{pCSeg, bReverse};
+    if (2 * (numIndexed + 1) > vCSegReverse.size())
+        growIndex(2 * numIndexed + 1);
+    DirectedSegment& entry = vCSegReverse[slotOf(pCSeg->getSrc(), pCSeg->getTrg())];
+    if (entry.pCSeg == pCSeg)
+        return;
+    if (!entry.pCSeg)
+        ++numIndexed;
+    entry = DirectedSegment{pCSeg->getSrc(), pCSeg->getTrg(), pCSeg, bReverse};
+}
+
+// The entry of the segment with these ends, or the free one where it belongs. Ends: at most half of them are used.
+std::size_t ConstraintGraph2::slotOf(const Point2* p0, const Point2* p1) const
+{
+    const std::size_t mask = vCSegReverse.size() - 1;
+    std::size_t i = hashOfEdge(p0, p1) & mask;
+    while (vCSegReverse[i].pCSeg && (vCSegReverse[i].p0 != p0 || vCSegReverse[i].p1 != p1))
+        i = (i + 1) & mask;
+    return i;
+}
+
+void ConstraintGraph2::growIndex(std::size_t numSegments)
+{
+    std::size_t size = 16;
+    while (size < 2 * numSegments)
+        size *= 2;
+    std::vector<DirectedSegment> vOld(size);
+    vOld.swap(vCSegReverse);
+    for (const DirectedSegment& entry : vOld)
+        if (entry.pCSeg)
+            vCSegReverse[slotOf(entry.p0, entry.p1)] = entry;
 }
 
 void ConstraintGraph2::getOriginalConstraintSegments(std::vector<ConstraintSegment2*>& vSegments) const
@@ -168,15 +190,15 @@ bool ConstraintGraph2::isConstraint(Point2* p0, Point2* p1) const
     if (!p0 || !p1)
         return false;
     orderByAddress(p0, p1);
-    const auto it = mCSegReverse.find(EdgeKey(p0, p1));
-    return it != mCSegReverse.end() && it->second.pCSeg->isAlive();
+    const DirectedSegment& entry = vCSegReverse[slotOf(p0, p1)];
+    return entry.pCSeg && entry.pCSeg->isAlive();
 }
 
 bool ConstraintGraph2::isReverse(const ConstraintSegment2* pCSeg) const
 {
-    const auto it = mCSegReverse.find(EdgeKey(pCSeg->getSrc(), pCSeg->getTrg()));
-    QUOR2D_ASSERT(it != mCSegReverse.end(), "q_it!=mCSegReverse.end()");
-    return it != mCSegReverse.end() && it->second.bReverse;
+    const DirectedSegment& entry = vCSegReverse[slotOf(pCSeg->getSrc(), pCSeg->getTrg())];
+    QUOR2D_ASSERT(entry.pCSeg != nullptr, "q_it!=mCSegReverse.end()");
+    return entry.bReverse;
 }
 
 void ConstraintGraph2::notifySplit(ConstraintSegment2* pCSeg, bool bReverse0, bool bReverse1,

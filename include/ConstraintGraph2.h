@@ -5,8 +5,6 @@
 #include "Quor2DExport.h"
 
 #include <cstddef>
-#include <unordered_map>
-#include <utility>
 #include <vector>
 
 namespace ZELK_QUOR2D
@@ -63,18 +61,18 @@ public:
     Dt2* getDelaunayTriangulation() const { return pDt2; }
 
 private:
-    using EdgeKey = std::pair<const Point2*, const Point2*>; // ascending addresses
-    struct EdgeKeyHash {
-        std::size_t operator()(const EdgeKey& key) const;
-    };
     struct DirectedSegment {
-        ConstraintSegment2* pCSeg;
-        bool bReverse;
+        const Point2* p0 = nullptr; // the ends in the order of their addresses
+        const Point2* p1 = nullptr;
+        ConstraintSegment2* pCSeg = nullptr;
+        bool bReverse = false;
     };
 
     bool checkAndSortPolygon(const std::vector<ConstraintSegment2*>& vSegments);
     void append(ConstraintSegment2* pCSeg, bool bReverse);
     void enter(ConstraintSegment2* pCSeg, bool bReverse);
+    std::size_t slotOf(const Point2* p0, const Point2* p1) const;
+    void growIndex(std::size_t numSegments);
     template <class Visitor>
     void forEachAliveSegment(Visitor visit) const;
 
@@ -85,9 +83,10 @@ private:
     std::vector<bool> vReverse;                  // the direction of each of them
     bool bIsPolygon = false;
 
-    // Every segment of the graph and all its pieces, by their ends. Of several segments with the same ends, of which
-    // at most one can be alive, the latest.
-    std::unordered_map<EdgeKey, DirectedSegment, EdgeKeyHash> mCSegReverse;
+    // Every segment of the graph and all its pieces, hashed by their ends: at most half of the entries are used, their
+    // number is a power of two. Of several segments with the same ends, of which at most one can be alive, the latest.
+    std::vector<DirectedSegment> vCSegReverse;
+    std::size_t numIndexed = 0;
 };
 
 } // namespace ZELK_QUOR2D
