@@ -4,6 +4,7 @@
 
 #include "Zone2.h"
 #include "core/IncidentTriangles.h"
+#include "core/Prefetch.h"
 #include "output/Message.h"
 #include "refine/RefineCandidate.h"
 #include "refine/RefineParams.h"
@@ -28,6 +29,44 @@ constexpr std::size_t kMaxPasses = 1000;
 
 // Where the bounds cannot be met refinement stops at edges of this part of the smallest altitude it began with.
 constexpr double kFloorFraction = 0.01;
+
+// Refinement goes to and fro in the mesh. What is needed so many turns later is fetched ahead, in stages.
+constexpr std::size_t kPrefetchDistance = 6;
+
+void prefetchCorners(const Triangle2* pT)
+{
+    for (int i = 0; i < 3; ++i)
+        prefetch(pT->getCorner(i));
+}
+
+void prefetchTriangles(const std::vector<Triangle2*>& vTriangles, std::size_t i)
+{
+    if (i + 2 * kPrefetchDistance < vTriangles.size())
+        prefetch(vTriangles[i + 2 * kPrefetchDistance]);
+    if (i + kPrefetchDistance < vTriangles.size())
+        prefetchCorners(vTriangles[i + kPrefetchDistance]);
+}
+
+void prefetchCandidates(const std::vector<RefineCandidate*>& vCandidates, std::size_t i)
+{
+    if (i + 3 * kPrefetchDistance < vCandidates.size()) {
+        const char* const p = reinterpret_cast<const char*>(vCandidates[i + 3 * kPrefetchDistance]);
+        prefetch(p);
+        prefetch(p + 64);
+        prefetch(p + 128);
+    }
+    if (i + 2 * kPrefetchDistance < vCandidates.size()) {
+        prefetch(vCandidates[i + 2 * kPrefetchDistance]->pTriangle);
+        prefetch(vCandidates[i + 2 * kPrefetchDistance]->pContainingT);
+    }
+    if (i + kPrefetchDistance < vCandidates.size()) {
+        const Triangle2* const pT = vCandidates[i + kPrefetchDistance]->pContainingT;
+        for (int ith = 0; ith < 3; ++ith) {
+            prefetch(pT->getCorner(ith));
+            prefetch(pT->getOppositeTriangle(ith));
+        }
+    }
+}
 
 double smallestAltitude(const std::vector<Triangle2*>& vTriangles)
 {
@@ -151,10 +190,13 @@ void Dt2::uniformRefinement(RefineZone& zoneTriangles, std::vector<RefineCandida
                 vOpen.end());
     std::vector<Triangle2*> vNew;
     zoneTriangles.takeNew(vNew);
-    for (Triangle2* pT : vNew) {
-        const RefineCandidate candidate(this, pT);
-        if (candidate.missesBounds(*pRefineParams))
-            vOpen.push_back(candidate);
+    for (std::size_t i = 0; i < vNew.size(); ++i) {
+        prefetchTriangles(vNew, i);
+        if (RefineCandidate::clearlyMeetsBounds(vNew[i], *pRefineParams))
+            continue;
+        vOpen.emplace_back(this, vNew[i]);
+        if (!vOpen.back().missesBounds(*pRefineParams))
+            vOpen.pop_back();
     }
     std::vector<std::pair<double, RefineCandidate*>> vOrder;
     for (RefineCandidate& candidate : vOpen)
@@ -170,9 +212,11 @@ std::size_t Dt2::refineTriangles(RefineZone& zoneTriangles, const std::vector<Re
                                  const RefineParams* pRefineParams)
 {
     std::size_t numInserted = 0;
-    for (const RefineCandidate* pCandidate : vCandidates)
-        if (!pCandidate->isStale() && refineCandidate(zoneTriangles, *pCandidate, pRefineParams))
+    for (std::size_t i = 0; i < vCandidates.size(); ++i) {
+        prefetchCandidates(vCandidates, i);
+        if (!vCandidates[i]->isStale() && refineCandidate(zoneTriangles, *vCandidates[i], pRefineParams))
             ++numInserted;
+    }
     return numInserted;
 }
 

@@ -21,6 +21,9 @@ public:
     /// Finds the Steiner point, the circumcentre, but not yet the triangle that contains it.
     RefineCandidate(Dt2* pTriangulation, Triangle2* pTestedTriangle);
 
+    /// Whether the lengths alone tell that a triangle meets the bounds. A false answer says nothing.
+    static bool clearlyMeetsBounds(const Triangle2* pT, const RefineParams& params);
+
     /// Whether the triangle misses the bounds and there is something to do about it. Walks to the Steiner point if the
     /// lengths say that the triangle misses them; then pContainingT and splitIndex are known.
     bool needRefinement(const RefineParams& params);
