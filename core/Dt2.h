@@ -37,7 +37,7 @@ struct SegmentTrace;
 ///
 /// The methods live with their subject: Dt2.cpp (life and simple queries), Dt2Locate.cpp, Dt2Insert.cpp,
 /// Dt2Bootstrap.cpp, Dt2Remove.cpp and Dt2RemoveStar.cpp, Dt2Validity.cpp, Dt2Output.cpp, in constraints/ the forcing
-/// of segments into the mesh, and in zones/ what makes and keeps zones.
+/// of segments into the mesh, in zones/ what makes and keeps zones, and in refine/ the refinement.
 class Dt2
 {
 public:
