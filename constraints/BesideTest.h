@@ -21,9 +21,9 @@ public:
     /// @param units  how far beside, in units in the last place of the larger end
     BesideTest(const Point2& source, const Point2& target, double units)
         : a(source), b(target), dx(b.x() - a.x()), dy(b.y() - a.y()), bSteep(std::fabs(dy) > std::fabs(dx)),
-          roundingX(units * 0x1p-52 * std::max(std::fabs(a.x()), std::fabs(b.x()))),
-          roundingY(units * 0x1p-52 * std::max(std::fabs(a.y()), std::fabs(b.y()))),
-          tolerance(roundingX * std::fabs(dy) + roundingY * std::fabs(dx))
+          rounding(units * 0x1p-52),
+          tolerance(rounding * (std::max(std::fabs(a.x()), std::fabs(b.x())) * std::fabs(dy) +
+                                std::max(std::fabs(a.y()), std::fabs(b.y())) * std::fabs(dx)))
     {
     }
 
@@ -32,8 +32,8 @@ public:
         const double distance = std::fabs((p.x() - a.x()) * dy - (p.y() - a.y()) * dx); // times the length
         if (!(distance < tolerance))                                                    // also when something overflows
             return false;
-        return bSteep ? keepsShort(p.y(), a.y(), b.y(), p.x(), a.x(), b.x(), roundingX)
-                      : keepsShort(p.x(), a.x(), b.x(), p.y(), a.y(), b.y(), roundingY);
+        return bSteep ? keepsShort(p.y(), a.y(), b.y(), p.x(), a.x(), b.x())
+                      : keepsShort(p.x(), a.x(), b.x(), p.y(), a.y(), b.y());
     }
 
     /// Of two points that passed, whether p is the nearer one to the source.
@@ -47,18 +47,19 @@ private:
     // The point lies along the longer side of the box, and at most a distance h of rounding beyond the shorter one.
     // With more than 4h to either end of the longer side L, the square of a piece is below L^2 + S^2:
     // (L-4h)^2 + (S+h)^2 = L^2 + S^2 - h(8L - 2S - 17h), and S <= L, 8h < L.
-    static bool keepsShort(double along, double a, double b, double across, double a2, double b2, double rounding)
+    bool keepsShort(double along, double a1, double b1, double across, double a2, double b2) const
     {
-        const double h = std::max({0.0, across - std::max(a2, b2), std::min(a2, b2) - across});
-        const double toEnds = std::min(along - std::min(a, b), std::max(a, b) - along);
-        return h <= rounding && toEnds > 4.0 * h;
+        const double low = std::min(a2, b2), high = std::max(a2, b2);
+        const double h = std::max({0.0, across - high, low - across});
+        const double toEnds = std::min(along - std::min(a1, b1), std::max(a1, b1) - along);
+        return h <= rounding * std::fabs(across < low ? low : high) && toEnds > 4.0 * h;
     }
 
     const Point2& a;
     const Point2& b;
     double dx, dy;
     bool bSteep;
-    double roundingX, roundingY;
+    double rounding;
     double tolerance;
 };
 
