@@ -31,6 +31,7 @@ public:
 
     std::size_t size() const { return vCoords.size(); }
     const Coord& operator[](std::size_t i) const { return vCoords[i]; }
+    const std::vector<Coord>& coords() const { return vCoords; }
 
 private:
     static constexpr std::uint32_t kFree = 0xffffffffu;

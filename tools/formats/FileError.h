@@ -21,7 +21,7 @@ public:
 };
 
 /// A piece of the input for use in a message: quoted, shortened, without control characters.
-inline std::string quoted(std::string_view text)
+inline std::string inQuotes(std::string_view text)
 {
     constexpr std::size_t kMaxShown = 40;
     std::string result = "'";

@@ -326,7 +326,7 @@ void GeoJsonHandler::endGeometry(const Frame& frame)
     if (frame.type == "GeometryCollection")
         return;
     if (!frame.bGeometry)
-        source.fail("a geometry of the type " + quoted(frame.type) + " has no \"coordinates\"");
+        source.fail("a geometry of the type " + inQuotes(frame.type) + " has no \"coordinates\"");
     addGeometry(frame.type);
 }
 
@@ -339,7 +339,7 @@ void GeoJsonHandler::addGeometry(const std::string& type)
                   {"MultiLineString", 3}, {"Polygon", 3},    {"MultiPolygon", 4}};
     auto q_it = std::find_if(std::begin(aTypes), std::end(aTypes), [&](const auto& t) { return type == t.pName; });
     if (q_it == std::end(aTypes))
-        source.fail("unknown type of geometry " + quoted(type));
+        source.fail("unknown type of geometry " + inQuotes(type));
     if (positionDepth == kUnknownDepth)
         return; // empty coordinates
     if (positionDepth != q_it->depth)

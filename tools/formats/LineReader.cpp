@@ -79,7 +79,7 @@ double LineReader::number(const char* what)
     double value = 0.0;
     std::string_view text = requiredField(what);
     if (const char* pProblem = parseNumber(text, value))
-        fail(std::string(what) + " " + quoted(text) + " " + pProblem);
+        fail(std::string(what) + " " + inQuotes(text) + " " + pProblem);
     return value;
 }
 
@@ -88,7 +88,7 @@ std::int64_t LineReader::integer(const char* what)
     std::int64_t value = 0;
     std::string_view text = requiredField(what);
     if (const char* pProblem = parseInteger(text, value))
-        fail(std::string(what) + " " + quoted(text) + " " + pProblem);
+        fail(std::string(what) + " " + inQuotes(text) + " " + pProblem);
     return value;
 }
 
@@ -104,7 +104,7 @@ std::int64_t LineReader::integer(const char* what, std::int64_t lowest, std::int
 void LineReader::expectLineEnd()
 {
     if (hasField())
-        fail("unexpected " + quoted(field()) + " at the end of the line");
+        fail("unexpected " + inQuotes(field()) + " at the end of the line");
 }
 
 void LineReader::fail(const std::string& reason) const

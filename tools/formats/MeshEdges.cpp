@@ -1,5 +1,7 @@
 #include "formats/MeshEdges.h"
 
+#include "geometry/FlatMap.h"
+
 #include <algorithm>
 
 namespace quor2d_tool
@@ -13,11 +15,6 @@ struct Side {
     std::uint32_t triangle;
     bool bForward; // runs from the lower number to the higher one
 };
-
-std::uint64_t edgeKey(std::uint32_t a, std::uint32_t b)
-{
-    return (std::uint64_t(std::min(a, b)) << 32) | std::max(a, b);
-}
 
 std::vector<Side> sortedSides(const MeshData& mesh)
 {

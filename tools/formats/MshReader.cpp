@@ -36,7 +36,7 @@ public:
             else if (section == "$Elements")
                 readElements();
             else if (section.empty() || section[0] != '$')
-                lines.fail("expected a section, found " + quoted(section));
+                lines.fail("expected a section, found " + inQuotes(section));
             skipToEnd(section);
         }
         if (mesh.vertices.size() == 0)
@@ -57,7 +57,7 @@ private:
         nextLine("the version");
         std::string version(lines.field());
         if (version != "4.1")
-            lines.fail("version " + quoted(version) + " of the format; only 4.1 can be read");
+            lines.fail("version " + inQuotes(version) + " of the format; only 4.1 can be read");
         if (lines.integer("the kind of file") != 0)
             lines.fail("binary .msh files cannot be read");
         skipToEnd("$MeshFormat");

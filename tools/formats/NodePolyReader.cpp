@@ -195,7 +195,7 @@ void NodePolyFile::readTriangles(MeshData& mesh)
 void NodePolyFile::expectEnd()
 {
     if (lines.nextFilled('#'))
-        lines.fail("unexpected " + quoted(lines.field()) + " after the last list");
+        lines.fail("unexpected " + inQuotes(lines.field()) + " after the last list");
 }
 
 // A .poly file with points of its own is the input of some mesh, not a part of this one.

@@ -38,7 +38,7 @@ private:
 
     std::vector<std::uint32_t> vCorners;
     std::unordered_map<std::string, std::uint32_t> mGroups;
-    std::uint32_t feature = 0;
+    std::uint32_t currentFeature = 0;
 };
 
 void ObjReader::readAll()
@@ -56,7 +56,7 @@ void ObjReader::readAll()
         else if (keyword == "g" || keyword == "o")
             chooseGroup();
         else if (looksLikeNumber(keyword))
-            lines.fail("expected a keyword, found " + quoted(keyword));
+            lines.fail("expected a keyword, found " + inQuotes(keyword));
         // texture coordinates, normals, materials and the like say nothing about the plane
     }
     if (numPoints() == 0)
@@ -79,7 +79,7 @@ void ObjReader::readCorners()
         std::string_view number = text.substr(0, text.find('/'));
         std::int64_t index = 0;
         if (const char* pProblem = parseInteger(number, index))
-            lines.fail("vertex number " + quoted(text) + " " + pProblem);
+            lines.fail("vertex number " + inQuotes(text) + " " + pProblem);
         std::int64_t count = numPoints();
         if (index == 0 || index > count || index < -count)
             lines.fail("vertex number " + std::to_string(index) + " where there are " + std::to_string(count) +
@@ -102,9 +102,9 @@ void ObjReader::readFace()
     readCorners();
     if (vCorners.size() < 3)
         lines.fail("a face needs three vertices at least");
-    if (feature == 0)
+    if (currentFeature == 0)
         chooseGroup(); // faces before the first group make a feature without a name
-    addFace(vCorners, feature);
+    addFace(vCorners, currentFeature);
 }
 
 void ObjReader::chooseGroup()
@@ -113,7 +113,7 @@ void ObjReader::chooseGroup()
     auto [q_it, bNew] = mGroups.emplace(groupName, static_cast<std::uint32_t>(vGroupNames.size() + 1));
     if (bNew)
         vGroupNames.push_back(groupName);
-    feature = q_it->second;
+    currentFeature = q_it->second;
 }
 
 class ObjSceneReader : public ObjReader

@@ -154,7 +154,7 @@ private:
             lines.fail(std::string(what) + " is missing");
         double value = 0.0;
         if (const char* pProblem = parseNumber(vFields[column], value))
-            lines.fail(std::string(what) + " " + quoted(vFields[column]) + " " + pProblem);
+            lines.fail(std::string(what) + " " + inQuotes(vFields[column]) + " " + pProblem);
         return value;
     }
 

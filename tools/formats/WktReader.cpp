@@ -62,7 +62,7 @@ private:
 
     static std::string shown(int c)
     {
-        return c == ByteSource::kEnd ? "the end of the file" : quoted(std::string(1, static_cast<char>(c)));
+        return c == ByteSource::kEnd ? "the end of the file" : inQuotes(std::string(1, static_cast<char>(c)));
     }
 
     // A word in upper case.
@@ -96,7 +96,7 @@ private:
         if (tag == "EMPTY")
             return;
         if (!tag.empty())
-            source.fail("expected '(' or EMPTY, found " + quoted(tag));
+            source.fail("expected '(' or EMPTY, found " + inQuotes(tag));
         readBody(type, depth);
     }
 
@@ -129,7 +129,7 @@ private:
             readList([this, depth] { readTaggedGeometry(readWord(), depth + 1); });
         else
             source.fail(type == "GEOMETRYCOLLECTION" ? "collections are nested too deep"
-                                                     : "unknown geometry " + quoted(type));
+                                                     : "unknown geometry " + inQuotes(type));
     }
 
     template <class ReadItem>
@@ -213,7 +213,7 @@ private:
             text += static_cast<char>(source.get());
         double value = 0.0;
         if (const char* pProblem = parseNumber(text, value))
-            source.fail("coordinate " + quoted(text) + " " + pProblem);
+            source.fail("coordinate " + inQuotes(text) + " " + pProblem);
         return value;
     }
 
