@@ -128,7 +128,7 @@ private:
                          "Files to write, each in the format of its extension; '-' is standard output, a name that "
                          "ends in '/' is a directory for the web scene")
             ->required()
-            ->type_name("OUTPUT...");
+            ->type_name("OUTPUT");
         pCommand->add_option("--format", outputFormat, "The format of outputs whose names do not tell")
             ->type_name("FORMAT")
             ->check(oneOf(formatNames(isOutput)));

@@ -44,7 +44,7 @@ private:
             report.high = {std::max(report.high.x, c.x), std::max(report.high.y, c.y)};
             vPlaces.push_back(index.insert(c));
         }
-        report.numDuplicates = report.numPoints - index.size();
+        report.numDuplicates = report.numPoints - scene.numClosingPoints - index.size();
     }
 
     void countGivenParts()

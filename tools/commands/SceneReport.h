@@ -11,7 +11,7 @@ namespace quor2d_tool
 /// What is in a file of points, lines and polygons.
 struct SceneReport {
     std::size_t numPoints = 0;
-    std::size_t numDuplicates = 0; ///< points where another one stands already
+    std::size_t numDuplicates = 0; ///< points where another one stands already, but for the ends of rings
     Coord low;
     Coord high;
     std::vector<std::string> vAttributeNames;

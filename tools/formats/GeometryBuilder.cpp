@@ -27,6 +27,7 @@ const char* GeometryBuilder::addRing(std::uint32_t first, std::uint32_t last)
     for (std::uint32_t i = first; i < last; ++i)
         scene.vRingVertices.push_back(i);
     scene.addRing(!bOuter);
+    ++scene.numClosingPoints;
     bOuter = false;
     return nullptr;
 }

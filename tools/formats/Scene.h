@@ -62,7 +62,8 @@ struct Scene {
 
     std::string name;
     VertexTable points;
-    std::int64_t firstNumber = 0; ///< the number that the input gives to point 0
+    std::int64_t firstNumber = 0;     ///< the number that the input gives to point 0
+    std::size_t numClosingPoints = 0; ///< points that only repeat the first one of a ring
     std::vector<Segment> vSegments;
     std::vector<std::uint32_t> vRingVertices;
     std::vector<Ring> vRings;                    ///< a polygon's outer ring comes first, then its holes
