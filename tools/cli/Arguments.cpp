@@ -2,11 +2,14 @@
 
 #include "Version.h"
 #include "cli/Manual.h"
+#include "formats/NumberText.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iostream>
+#include <limits>
 #include <map>
+#include <memory>
 #include <sys/stat.h>
 
 namespace quor2d_tool
@@ -41,11 +44,41 @@ CLI::Validator oneOf(const std::vector<std::string>& vWords)
     return CLI::IsMember(vWords).description("");
 }
 
+// A number from low to high; `what` names it in the message.
+CLI::Validator numberBetween(double low, double high, const std::string& what)
+{
+    auto problemOf = [=](const std::string& text) {
+        double value = 0.0;
+        bool bGood = !parseNumber(text, value) && value >= low && value <= high;
+        return bGood ? std::string() : "'" + text + "' is not " + what;
+    };
+    return CLI::Validator(problemOf, "");
+}
+
+CLI::Validator positiveLength()
+{
+    return numberBetween(std::numeric_limits<double>::min(), std::numeric_limits<double>::max(), "a positive length");
+}
+
+// Shows how a command is called in one order that always works.
+class HelpFormatter : public CLI::Formatter
+{
+public:
+    std::string make_usage(const CLI::App* pApp, std::string name) const override
+    {
+        if (!pApp->get_option_no_throw("INPUT"))
+            return "Usage: " + name + " COMMAND INPUT [OPTIONS]\n";
+        bool bOutput = pApp->get_option_no_throw("--output") != nullptr;
+        return "Usage: " + name + " INPUT" + (bOutput ? " -o OUTPUT..." : "") + " [OPTIONS]\n";
+    }
+};
+
 class ArgumentParser
 {
 public:
     ArgumentParser() : app("Triangulates points and lines, meshes polygons, checks meshes.", "quor2d")
     {
+        app.formatter(std::make_shared<HelpFormatter>());
         app.require_subcommand(1);
         app.set_version_flag("--version",
                              std::string("quor2d ") + kVersion + " (library " + ZELK_QUOR2D::getQuor2DVersion() + ")");
@@ -68,6 +101,9 @@ public:
             if (std::string(argv[i]) == "--print-completion")
                 return printed(bashCompletion(app));
         }
+        std::string first = argc > 1 ? argv[1] : "-";
+        if (first[0] != '-' && !isCommand(first))
+            return usageFault("there is no command '" + first + "'");
         try {
             app.parse(argc, argv);
             return resolve();
@@ -85,6 +121,11 @@ private:
         return {false, std::cout ? 0 : 1, {}};
     }
 
+    bool isCommand(const std::string& name) const
+    {
+        return !app.get_subcommands([&name](const CLI::App* pCommand) { return pCommand->get_name() == name; }).empty();
+    }
+
     ParseResult usageFault(const std::string& text) const
     {
         std::string command;
@@ -99,7 +140,7 @@ private:
         CLI::App* pCommand = app.add_subcommand(pName, pDescription);
         pCommand->footer(examplesText(pName));
         pCommand->callback([this, command] { arguments.command = command; });
-        pCommand->add_option("INPUT", arguments.input, pInput)->required()->type_name("");
+        pCommand->add_option("INPUT", arguments.input, pInput)->type_name("");
         return pCommand;
     }
 
@@ -157,16 +198,16 @@ private:
             ->add_option("--min-angle", arguments.minAngle,
                          "The smallest angle allowed in the mesh, in degrees, 0 to 30")
             ->type_name("DEGREES")
-            ->check(CLI::Range(0.0, kLargestMinAngle).description(""))
+            ->check(numberBetween(0.0, kLargestMinAngle, "an angle from 0 to 30 degrees"))
             ->capture_default_str();
         pCommand->add_option("--max-edge", arguments.maxEdge, "Split triangles with an edge longer than this")
             ->type_name("LENGTH")
-            ->check(CLI::Validator(CLI::PositiveNumber).description(""));
+            ->check(positiveLength());
         pCommand
             ->add_option("--min-edge", arguments.minEdge,
                          "Do not refine for quality below this length; by default a hundred thousandth of the extent")
             ->type_name("LENGTH")
-            ->check(CLI::Validator(CLI::PositiveNumber).description(""));
+            ->check(positiveLength());
         pCommand->add_flag("--no-split", bNoSplit, "Keep segments whole: no new points on them");
         addMeshing(pCommand, "inside");
         addCommon(pCommand);
@@ -202,6 +243,13 @@ private:
     // What the options mean together. Throws CLI::ValidationError.
     ParseResult resolve()
     {
+        // "-o mesh.obj points.xy": the list of outputs swallows the input behind it.
+        if (arguments.input.empty() && vOutputPaths.size() > 1) {
+            arguments.input = vOutputPaths.back();
+            vOutputPaths.pop_back();
+        }
+        if (arguments.input.empty())
+            throw CLI::ValidationError("INPUT is missing");
         arguments.inputFormat = resolveInputFormat();
         std::string defaultKeep = arguments.command == Command::Mesh ? "inside" : "all";
         const std::map<std::string, Keep> mKeep = {

@@ -148,9 +148,8 @@ private:
         if (!pZone)
             return;
         double minEdge = scaled(arguments.minEdge > 0 ? arguments.minEdge : extent * kDefaultMinEdge);
-        double maxEdge =
-            arguments.maxEdge > 0 ? scaled(arguments.maxEdge) : std::numeric_limits<double>::max();
-        // DEV triangulation.refine(pZone, arguments.minAngle, minEdge, maxEdge, arguments.bSplit);
+        double maxEdge = arguments.maxEdge > 0 ? scaled(arguments.maxEdge) : std::numeric_limits<double>::max();
+        triangulation.refine(pZone, arguments.minAngle, minEdge, maxEdge, arguments.bSplit);
     }
 
     // The kept triangles as a zone: everything, or what can be reached from a point in each connected part of them

@@ -71,6 +71,8 @@ int runMesh(const Arguments& arguments)
         Progress progress("writing", arguments.bQuiet);
         writeMesh(mesh, arguments.vOutputs);
     }
+    if (arguments.bQuiet && arguments.stats == Stats::None)
+        return 0;
     MeshStatistics statistics = measureMesh(mesh, collectMeshEdges(mesh));
     printNotes(arguments, statistics, notes);
     if (arguments.stats == Stats::Json)

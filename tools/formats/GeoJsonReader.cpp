@@ -376,8 +376,9 @@ bool GeoJsonHandler::parse_error(std::size_t, const std::string&, const nlohmann
 {
     // "[json.exception...] parse error at line 3, column 4: reason": the place is ours to give.
     std::string text = problem.what();
-    std::size_t reason = text.find(": ");
-    text = reason == std::string::npos ? text : text.substr(reason + 2);
+    text.erase(0, text.find("] ") + 2);
+    if (text.compare(0, 14, "parse error at") == 0)
+        text.erase(0, text.find(": ") + 2);
     for (char& c : text)
         if (c >= 0 && c < ' ')
             c = ' ';

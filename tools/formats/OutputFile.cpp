@@ -75,9 +75,10 @@ void removeUnfinished(const std::string& path)
 
 void removeUnfinishedOnSignals()
 {
-    for (int signalNumber : {SIGINT, SIGTERM, SIGHUP, SIGXCPU, SIGXFSZ})
+    for (int signalNumber : {SIGINT, SIGTERM, SIGHUP, SIGXCPU})
         signal(signalNumber, removeUnfinishedAndStop);
-    signal(SIGPIPE, SIG_IGN); // a closed pipe is an error of write then, with a message
+    for (int signalNumber : {SIGPIPE, SIGXFSZ}) // a closed pipe or a limit is an error of write then, with a message
+        signal(signalNumber, SIG_IGN);
 }
 
 std::string temporaryNameBeside(const std::string& path)
