@@ -1,8 +1,11 @@
-# What the shell tests of quor2d share. Sourced with the command and the folder of test data as arguments.
+# shellcheck shell=bash
+# What the shell tests of quor2d share. Sourced with the command and the root of the sources as arguments.
+# shellcheck disable=SC2034 # the variables are for the tests
 set -u
-# shellcheck disable=SC2034 # used by the tests
+
 quor2d=$(realpath "$1")
-data=$(realpath "$2")
+root=$(realpath "$2")
+data=$root/tests/data/tool
 work=$(mktemp -d) && cd "$work" || exit 1
 trap 'rm -rf "$work"' EXIT
 failures=0

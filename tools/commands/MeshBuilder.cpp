@@ -40,8 +40,8 @@ class MeshBuilder
 {
 public:
     MeshBuilder(const Scene& rScene, const Arguments& rArguments, BuildNotes& rNotes)
-        : scene(rScene), arguments(rArguments), notes(rNotes), graph(makePlanar(rScene)),
-          triangulation(static_cast<unsigned int>(graph.vCoords.size()))
+        : scene(rScene), arguments(rArguments), notes(rNotes), pProgress(newStep("triangulating")),
+          graph(makePlanar(rScene)), triangulation(static_cast<unsigned int>(graph.vCoords.size()))
     {
     }
 
@@ -53,7 +53,8 @@ public:
         triangulate();
         classify();
         if (arguments.command == Command::Mesh) {
-            Progress progress("refining", arguments.bQuiet);
+            pProgress.reset();
+            pProgress = newStep("refining");
             refine();
             classify();
         }
@@ -61,6 +62,11 @@ public:
     }
 
 private:
+    std::unique_ptr<Progress> newStep(const char* pName) const
+    {
+        return std::make_unique<Progress>(pName, arguments.bQuiet);
+    }
+
     // ---- triangulation
 
     void chooseScale()
@@ -149,7 +155,31 @@ private:
             return;
         double minEdge = scaled(arguments.minEdge > 0 ? arguments.minEdge : extent * kDefaultMinEdge);
         double maxEdge = arguments.maxEdge > 0 ? scaled(arguments.maxEdge) : std::numeric_limits<double>::max();
+        std::vector<Scene::RegionPoint> vBounded = regionsWithAreaBound();
         triangulation.refine(pZone, arguments.minAngle, minEdge, maxEdge, arguments.bSplit);
+        for (const Scene::RegionPoint& region : vBounded)
+            refineRegion(region, minEdge, maxEdge);
+    }
+
+    std::vector<Scene::RegionPoint> regionsWithAreaBound()
+    {
+        std::vector<Scene::RegionPoint> vBounded;
+        for (const Scene::RegionPoint& region : scene.vRegionPoints) {
+            std::uint32_t cell = cellAt(region.at);
+            if (region.maxArea > 0 && cell != kNone && vKept[cell])
+                vBounded.push_back(region);
+        }
+        return vBounded;
+    }
+
+    // No triangle is larger than the equilateral one with its longest edge: a bound on areas is one on lengths.
+    void refineRegion(const Scene::RegionPoint& region, double minEdge, double maxEdge)
+    {
+        double longest = scaled(std::sqrt(region.maxArea) * std::sqrt(4 / std::sqrt(3.0)));
+        std::vector<ConstraintGraph2*> vGraphs(1, pConstraints); // null is no border
+        Zone2* pZone = triangulation.createZone(vGraphs, ZELK_QUOR2D::ZL_GROW, scaledPoint(region.at));
+        triangulation.refine(pZone, arguments.minAngle, std::min(minEdge, longest), std::min(maxEdge, longest),
+                             arguments.bSplit);
     }
 
     // The kept triangles as a zone: everything, or what can be reached from a point in each connected part of them
@@ -361,6 +391,7 @@ private:
     const Scene& scene;
     const Arguments& arguments;
     BuildNotes& notes;
+    std::unique_ptr<Progress> pProgress;
     PlanarGraph graph;
     Quor_2D triangulation;
     int scale = 0;       // coordinates are multiplied by 2 to this

@@ -2,6 +2,7 @@
 #include "commands/MeshBuilder.h"
 #include "commands/MeshStatistics.h"
 #include "commands/Progress.h"
+#include "formats/NumberText.h"
 
 #include <cstdio>
 #include <nlohmann/json.hpp>
@@ -32,8 +33,9 @@ std::string meshJson(const MeshStatistics& statistics, const MeshData& mesh, con
     json["region_list"] = nlohmann::ordered_json::array();
     for (std::size_t r = 0; r < vCounts.size(); ++r)
         if (vCounts[r] > 0)
-            json["region_list"].push_back(
-                {{"region", mesh.vRegions[r].number}, {"name", mesh.vRegions[r].name}, {"triangles", vCounts[r]}});
+            json["region_list"].push_back({{"region", nlohmann::json::parse(plainNumberText(mesh.vRegions[r].number))},
+                                           {"name", mesh.vRegions[r].name},
+                                           {"triangles", vCounts[r]}});
     return json.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + '\n';
 }
 
@@ -62,11 +64,7 @@ int runMesh(const Arguments& arguments)
         scene = readScene(arguments.input, arguments.inputFormat);
     }
     BuildNotes notes;
-    MeshData mesh;
-    {
-        Progress progress("triangulating", arguments.bQuiet);
-        mesh = buildMesh(scene, arguments, notes);
-    }
+    MeshData mesh = buildMesh(scene, arguments, notes);
     {
         Progress progress("writing", arguments.bQuiet);
         writeMesh(mesh, arguments.vOutputs);
