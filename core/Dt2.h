@@ -387,6 +387,8 @@ private:
                          const RefineParams* pRefineParams);
     void splitConstraintAt(RefineZone& zoneTriangles, ConstraintSegment2* pCSeg, const Point2& p, Triangle2* pT,
                            int ith, double squaredRadius);
+    bool splitIllegalPieces(RefineZone& zoneTriangles, const RefineParams* pRefineParams);
+    bool splitIllegalPiece(RefineZone& zoneTriangles, ConstraintSegment2* pCSeg, const RefineParams* pRefineParams);
     bool evenOutCorners(RefineZone& zoneTriangles, const RefineParams* pRefineParams);
     bool evenOutCorner(RefineZone& zoneTriangles, Point2* pCorner, const RefineParams* pRefineParams);
     bool splitAtDistance(RefineZone& zoneTriangles, Point2* pCorner, Point2* pEnd, double radius);

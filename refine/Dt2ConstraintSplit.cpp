@@ -2,6 +2,7 @@
 #include "core/Dt2.h"
 
 #include "ConstraintSegment2.h"
+#include "constraints/ConstraintMgr.h"
 #include "output/Message.h"
 #include "refine/RefineCandidate.h"
 #include "refine/RefineParams.h"
@@ -121,6 +122,43 @@ void Dt2::updateZoneBeside(RefineZone& zoneTriangles, Point2* pVtx, Point2* pFro
             break;
     }
     zoneTriangles.bUncertain = true;
+}
+
+// ---- conforming constraints
+
+// Pieces with CIS_CONFORMING_DELAUNAY are to be Delaunay edges. During the passes they are kept like the others, so
+// what the passes leave behind is split here. Ends like the splitting that the passes ask for.
+//
+// @return whether any piece was split
+bool Dt2::splitIllegalPieces(RefineZone& zoneTriangles, const RefineParams* pRefineParams)
+{
+    if (!pConstraintMgr || !pRefineParams->bAllowConstraintSplitting)
+        return false;
+    std::vector<ConstraintSegment2*> vLive;
+    pConstraintMgr->getLiveSegments(vLive);
+    bool bSplit = false;
+    for (ConstraintSegment2* pCSeg : vLive)
+        if (pCSeg->getCIS() == CIS_CONFORMING_DELAUNAY && pCSeg->isAlive())
+            bSplit = splitIllegalPiece(zoneTriangles, pCSeg, pRefineParams) || bSplit;
+    return bSplit;
+}
+
+bool Dt2::splitIllegalPiece(RefineZone& zoneTriangles, ConstraintSegment2* pCSeg, const RefineParams* pRefineParams)
+{
+    const Point2 &src = *pCSeg->getSrc(), &trg = *pCSeg->getTrg();
+    Triangle2* const pLeft = findTriangleLeftOf(&src, &trg);
+    Triangle2* const pRight = findTriangleLeftOf(&trg, &src);
+    if (!pLeft || !pRight || (!RefineZone::contains(pLeft) && !RefineZone::contains(pRight)))
+        return false;
+    const Point2* const pApex = pRight->getCorner(pRight->getIntraTriangleIndex(pLeft));
+    if (predicates.inCircleSign(pLeft->getCorner(0), pLeft->getCorner(1), pLeft->getCorner(2), pApex) != ORI2_POSITIVE)
+        return false;
+    const Point2 middle(middleOf(src.x(), trg.x()), middleOf(src.y(), trg.y()));
+    if (std::sqrt(squaredDistance(src, trg)) < 2.0 * pRefineParams->edgeFloor || middle == src || middle == trg)
+        return false;
+    splitConstraintAt(zoneTriangles, pCSeg, middle, pLeft, pLeft->getIntraTriangleIndex(pRight),
+                      squaredDistance(src, middle));
+    return true;
 }
 
 // ---- sharp corners

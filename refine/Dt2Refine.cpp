@@ -165,7 +165,8 @@ bool Dt2::refineCycle(RefineZone& zoneTriangles, const RefineParams* pRefinePara
     while (zoneTriangles.numPasses++ < kMaxPasses) {
         uniformRefinement(zoneTriangles, vCandidates, pRefineParams);
         const std::size_t numInserted = refineTriangles(zoneTriangles, vCandidates, pRefineParams);
-        if (!evenOutCorners(zoneTriangles, pRefineParams) && numInserted == 0)
+        if (!evenOutCorners(zoneTriangles, pRefineParams) && numInserted == 0 &&
+            !splitIllegalPieces(zoneTriangles, pRefineParams))
             break;
         bProductive = true;
         if (zoneTriangles.bUncertain && !zoneTriangles.bGrows)
