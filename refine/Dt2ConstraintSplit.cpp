@@ -33,6 +33,11 @@ double middleOf(double a, double b)
     return std::isfinite(sum) ? sum * 0.5 : a * 0.5 + b * 0.5;
 }
 
+double shortestEdge(const Triangle2* pT)
+{
+    return std::sqrt(std::min({pT->getSquaredEdgeLength(0), pT->getSquaredEdgeLength(1), pT->getSquaredEdgeLength(2)}));
+}
+
 void reportUnsplittable(const Triangle2* pT)
 {
     reportWarning("Dt2::refineTriangles()",
@@ -145,19 +150,21 @@ bool Dt2::splitIllegalPieces(RefineZone& zoneTriangles, const RefineParams* pRef
 
 bool Dt2::splitIllegalPiece(RefineZone& zoneTriangles, ConstraintSegment2* pCSeg, const RefineParams* pRefineParams)
 {
-    const Point2 &src = *pCSeg->getSrc(), &trg = *pCSeg->getTrg();
-    Triangle2* const pLeft = findTriangleLeftOf(&src, &trg);
-    Triangle2* const pRight = findTriangleLeftOf(&trg, &src);
+    Point2 *const src = pCSeg->getSrc(), *const trg = pCSeg->getTrg();
+    Triangle2* const pLeft = findTriangleLeftOf(src, trg);
+    Triangle2* const pRight = findTriangleLeftOf(trg, src);
     if (!pLeft || !pRight || (!RefineZone::contains(pLeft) && !RefineZone::contains(pRight)))
         return false;
     const Point2* const pApex = pRight->getCorner(pRight->getIntraTriangleIndex(pLeft));
     if (predicates.inCircleSign(pLeft->getCorner(0), pLeft->getCorner(1), pLeft->getCorner(2), pApex) != ORI2_POSITIVE)
         return false;
-    const Point2 middle(middleOf(src.x(), trg.x()), middleOf(src.y(), trg.y()));
-    if (std::sqrt(squaredDistance(src, trg)) < 2.0 * pRefineParams->edgeFloor || middle == src || middle == trg)
+    const Point2 middle(middleOf(src->x(), trg->x()), middleOf(src->y(), trg->y()));
+    if (std::sqrt(squaredDistance(*src, *trg)) < 2.0 * pRefineParams->edgeFloor || middle == *src || middle == *trg ||
+        findSparedCorner(*this, src, trg, pLeft, shortestEdge(pLeft)) ||
+        findSparedCorner(*this, trg, src, pRight, shortestEdge(pRight)))
         return false;
     splitConstraintAt(zoneTriangles, pCSeg, middle, pLeft, pLeft->getIntraTriangleIndex(pRight),
-                      squaredDistance(src, middle));
+                      squaredDistance(*src, middle));
     return true;
 }
 
