@@ -1,0 +1,17 @@
+# Fails unless PROGRAM prints what the comment at the top of SOURCE says: the lines "//     text" after "prints:".
+# The program runs in FOLDER, which is emptied before.
+file(READ ${SOURCE} source)
+string(REGEX MATCH "prints:\n//\n(//[^\n]*\n)+" expected "${source}")
+string(REGEX REPLACE "^prints:\n//\n" "" expected "${expected}")
+string(REGEX REPLACE "(^|\n)//(    )? ?" "\\1" expected "${expected}")
+file(REMOVE_RECURSE ${FOLDER})
+file(MAKE_DIRECTORY ${FOLDER})
+execute_process(COMMAND ${PROGRAM} WORKING_DIRECTORY ${FOLDER} OUTPUT_VARIABLE printed RESULT_VARIABLE result)
+if(NOT result EQUAL 0)
+    message(FATAL_ERROR "${PROGRAM}: ${result}")
+endif()
+string(STRIP "${expected}" expected)
+string(STRIP "${printed}" stripped)
+if(expected STREQUAL "" OR NOT stripped STREQUAL expected)
+    message(FATAL_ERROR "${SOURCE} promises\n${expected}\n\nbut the program prints\n${printed}")
+endif()
