@@ -17,7 +17,7 @@ void prefetchAround(const Triangle2* pT, int apex)
 {
     prefetch(pT->getCorner(next(apex)));
     prefetch(pT->getCorner(prev(apex)));
-    prefetch(pT->getOppositeTriangle(apex));
+    prefetchWhole(pT->getOppositeTriangle(apex));
 }
 
 } // namespace

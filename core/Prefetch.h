@@ -1,9 +1,11 @@
 #pragma once
 
+#include <cstdint>
+
 namespace ZELK_QUOR2D
 {
 
-/// Asks for a record that is going to be used, where the compiler offers that. Null is allowed.
+/// Asks for a record that is going to be used, where the compiler offers that. Any address is allowed, null as well.
 inline void prefetch(const void* p)
 {
 #if defined(__GNUC__)
@@ -11,6 +13,14 @@ inline void prefetch(const void* p)
 #else
     static_cast<void>(p);
 #endif
+}
+
+/// For a record that may reach into a second cache line. No test for null: it costs more than it saves.
+template <class T>
+inline void prefetchWhole(const T* p)
+{
+    prefetch(p);
+    prefetch(reinterpret_cast<const void*>(reinterpret_cast<std::uintptr_t>(p) + sizeof(T) - 1));
 }
 
 } // namespace ZELK_QUOR2D
