@@ -368,6 +368,43 @@ TEST(Remove, InternalRemovalLooksBeyondTheStar)
     EXPECT_GT(numWithoutLook, 0) << "the test shows nothing";
 }
 
+// A removal could take an end of a segment, or flip a segment's edge while it restores circles.
+TEST(Remove, KeepsConstraints)
+{
+    Random random(10);
+    Quor_2D dt;
+    std::vector<Point2*> vHandles = insertAll(dt, gridPoints(9));
+    for (int i = 0; i < 60; ++i)
+        vHandles.push_back(dt.insert(Point2(8.0 * uniformPoint(random).x(), 8.0 * uniformPoint(random).y())));
+    std::vector<Segment2> vSegments{Segment2(Point2(0.3, 0.1), Point2(7.7, 7.2)),
+                                    Segment2(Point2(0.2, 6), Point2(7.9, 1.5))};
+    ASSERT_NE(dt.createConstraint(vSegments, CIS_CONSTRAINED_DELAUNAY), nullptr);
+    dt.applyConstraintsAndZones();
+    test::MeshCheckOptions options;
+    options.isExemptEdge = [&dt](const Point2* p, const Point2* q) {
+        return dt.isConstraint(const_cast<Point2*>(p), const_cast<Point2*>(q));
+    };
+    std::vector<Point2*> vVertices;
+    dt.getVertexPointers(vVertices);
+    std::shuffle(vVertices.begin(), vVertices.end(), random);
+    int numRefused = 0;
+    for (Point2* pVtx : vVertices) {
+        CapturedOutput output;
+        dt.remove(pVtx);
+        const std::string text = output.take();
+        if (!text.empty()) {
+            EXPECT_EQ(text,
+                      "\n      [Quor2D-Message] Dt2::remove(), WARNING: the vertex is an endpoint of a constraint "
+                      "segment, nothing to do\n\n");
+            EXPECT_NE(pVtx->getIncidentTriangle(), nullptr);
+            ++numRefused;
+        }
+        ASSERT_TRUE(isValidMesh(dt, options));
+    }
+    EXPECT_EQ(numRefused, 5) << "two segments that cross have five ends";
+    EXPECT_EQ(dt.numberOfPoints(), 5U);
+}
+
 // Hubs lose their corners in another order than ordinary vertices.
 TEST(Remove, Hubs)
 {
