@@ -1,9 +1,17 @@
 # Headers in include/quor2d, both libraries, find_package(Quor2D) and quor2d.pc.
+#
+# Three components: "runtime" is what programs need to run, "development" what it takes to build them, and "tool" is the
+# command; its folder need not name it.
 include(CMakePackageConfigHelpers)
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/Quor2D)
+set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME development)
+
+# Installed programs find the library from where they lie, so that an installed tree can be moved.
+file(RELATIVE_PATH libdir_from_bindir ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
+set(CMAKE_INSTALL_RPATH $ORIGIN/${libdir_from_bindir})
 
 install(DIRECTORY include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/quor2d FILES_MATCHING PATTERN "*.h")
-install(TARGETS quor2d EXPORT Quor2DTargets)
+install(TARGETS quor2d EXPORT Quor2DTargets LIBRARY COMPONENT runtime NAMELINK_COMPONENT development)
 install(EXPORT Quor2DTargets NAMESPACE Quor2D:: DESTINATION ${package_dir})
 
 # A set of its own: only the archive makes its users link GMP themselves.
@@ -24,3 +32,5 @@ file(RELATIVE_PATH pc_libdir ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_LIBDIR
 file(RELATIVE_PATH pc_includedir ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_INCLUDEDIR})
 configure_file(cmake/quor2d.pc.in ${PROJECT_BINARY_DIR}/quor2d.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/quor2d.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME tool)
