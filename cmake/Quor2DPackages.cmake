@@ -8,6 +8,7 @@ set(CPACK_PACKAGE_VENDOR "Quor2D")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "") # each package has its own; this one would stand before it
 set(CPACK_PACKAGE_CONTACT "Quor2D maintainers <maintainers@quor2d.invalid>")
 set(CPACK_STRIP_FILES ON)
+set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/CompressManPages.cmake)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ
                                                 WORLD_EXECUTE)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
