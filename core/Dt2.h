@@ -392,7 +392,8 @@ private:
     bool evenOutCorners(RefineZone& zoneTriangles, const RefineParams* pRefineParams);
     bool evenOutCorner(RefineZone& zoneTriangles, Point2* pCorner, const RefineParams* pRefineParams);
     bool splitAtDistance(RefineZone& zoneTriangles, Point2* pCorner, Point2* pEnd, double radius);
-    Point2* insertReleasedVertex(const ConstraintSegment2* pCSeg, const Point2& p, Triangle2* pStart);
+    Point2* insertReleasedVertex(RefineZone& zoneTriangles, const ConstraintSegment2* pCSeg, const Point2& p,
+                                 Triangle2* pStart);
     void updateZoneBeside(RefineZone& zoneTriangles, Point2* pVtx, Point2* pFrom, const Point2* pTo, bool bMember);
     void removeSteinerVertex(Point2* pVtx);
     void updateZoneInside(const std::vector<Point2*>& vRing, bool bMember);

@@ -80,10 +80,11 @@ void Dt2::splitConstraintAt(RefineZone& zoneTriangles, ConstraintSegment2* pCSeg
     Point2* const pTo = pT->getCorner(prev(ith));   // ... to here
     const bool bLeft = RefineZone::contains(pT) || zoneTriangles.bGrows;
     const bool bRight = RefineZone::contains(pT->getOppositeTriangle(ith)) || zoneTriangles.bGrows;
-    Point2* const pVtx = insertReleasedVertex(pCSeg, p, pT);
+    Point2* const pVtx = insertReleasedVertex(zoneTriangles, pCSeg, p, pT);
     QUOR2D_ASSERT(pVtx != pCSeg->getSrc(), "pInsertedVertex!=pCSeg->getSrc()");
     QUOR2D_ASSERT(pVtx != pCSeg->getTrg(), "pInsertedVertex!=pCSeg->getTrg()");
     pCSeg->split(pVtx);
+    pVtx->marks &= ~static_cast<unsigned int>(VM_REFINEMENT);
     // Before vertices go: the triangles that fill their holes belong where their stars did.
     updateZoneBeside(zoneTriangles, pVtx, pTo, pFrom, bLeft);
     updateZoneBeside(zoneTriangles, pVtx, pFrom, pTo, bRight);
@@ -92,12 +93,15 @@ void Dt2::splitConstraintAt(RefineZone& zoneTriangles, ConstraintSegment2* pCSeg
         finishSplit(pCSeg);
 }
 
-// The segment's edge may be flipped while the vertex, which as a rule does not lie on it exactly, goes in.
-Point2* Dt2::insertReleasedVertex(const ConstraintSegment2* pCSeg, const Point2& p, Triangle2* pStart)
+// The segment's edge may be flipped while the vertex, which as a rule does not lie on it exactly, goes in. A vertex
+// that stands there is taken instead; it may lie beside the edge, which then has to be looked at.
+Point2* Dt2::insertReleasedVertex(RefineZone& zoneTriangles, const ConstraintSegment2* pCSeg, const Point2& p,
+                                  Triangle2* pStart)
 {
     Triangle2* pT = pStart;
     const int intState = walkToTriangle(&p, pT);
     if (intState == WALK_ON_CORNER) {
+        zoneTriangles.bUncertain = true;
         for (int i = 0; i < 3; ++i)
             if (*pT->getCorner(i) == p)
                 return pT->getCorner(i);

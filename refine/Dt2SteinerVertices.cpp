@@ -30,7 +30,7 @@ void Dt2::removeSplitVerticesNear(Point2* pSplit, double squaredRadius)
     }
     for (Point2* p : vInside) {
         p->marks &= ~static_cast<unsigned int>(VM_VISITED);
-        if (p->marks & VM_REFINEMENT)
+        if ((p->marks & VM_REFINEMENT) && !isConstraintVertex(p))
             removeSteinerVertex(p);
     }
 }
@@ -49,17 +49,21 @@ void Dt2::removeSteinerVertex(Point2* pVtx)
         updateZoneInside(vRing, bMember);
 }
 
-// Turns around the corners of the ring, clockwise from one to the next, in the triangles that it encloses.
+// Turns around the corners of the ring, clockwise from one to the next, in the triangles that it encloses. Where the
+// removal changed more than these, an edge of the ring is gone, and the zone gets uncertain.
 void Dt2::updateZoneInside(const std::vector<Point2*>& vRing, bool bMember)
 {
     Triangle2* pT = findTriangleLeftOf(vRing[0], vRing[1]);
     for (std::size_t k = vRing.size(); pT && k > 0; --k) {
         const Point2* const pCorner = vRing[k % vRing.size()];
         const Point2* const pEnd = vRing[k - 1];
+        const Triangle2* const pStart = pT;
         pRefineZone->set(pT, bMember);
-        // Ends: a fan is finite, and the edge to pEnd is part of it.
+        // Ends: at the latest when the turn is complete.
         while (pT && pT->getCorner(prev(pT->getIntraTriangleIndex(pCorner))) != pEnd) {
             pT = pT->getOppositeTriangle(next(pT->getIntraTriangleIndex(pCorner)));
+            if (pT == pStart)
+                pT = nullptr;
             if (pT)
                 pRefineZone->set(pT, bMember);
         }

@@ -96,17 +96,36 @@ double shortestNextPiece(const Dt2& dt, const CornerPiece& piece)
     return shortest;
 }
 
+// The largest cosine between neighbours among the pieces that sharp angles join to this one, to one side.
+double largestCosineBeside(const Dt2& dt, const CornerPiece& piece, bool bCounterclockwise)
+{
+    double largest = -1.0;
+    CornerPiece current = piece;
+    // Ends: goes round the corner once.
+    do {
+        const CornerPiece sibling = findSibling(dt, current, bCounterclockwise);
+        if (!sibling.pEnd)
+            break;
+        largest = std::max(largest, cosineBetween(current, sibling));
+        current = sibling;
+    } while (current.pEnd != piece.pEnd);
+    return std::min(1.0, largest);
+}
+
+// What is cut off one piece is sooner or later cut off all that sharp angles join to it. The shortest edge this makes
+// is as long as the smallest of the angles lets it be.
+bool makesShorterEdge(const Dt2& dt, const CornerPiece& piece, double shortest)
+{
+    const double cosine = std::max(largestCosineBeside(dt, piece, true), largestCosineBeside(dt, piece, false));
+    return piece.length() * std::sqrt(0.5 - 0.5 * cosine) < shortest;
+}
+
 bool cutsOffTip(const Dt2& dt, const CornerPiece& piece, bool bLeft, const Triangle2* pTriangle, double shortest)
 {
     const double length = piece.length();
     const auto forbids = [&](const CornerPiece& sibling) {
-        if (!sibling.pEnd || length >= kBalance * sibling.length())
-            return false;
-        // The split makes an edge of about this length across the corner.
-        const double cosine = std::min(1.0, cosineBetween(piece, sibling));
-        if (length * std::sqrt(0.5 - 0.5 * cosine) >= shortest)
-            return false;
-        return !touchesOtherConstraint(pTriangle, piece, sibling);
+        return sibling.pEnd && length < kBalance * sibling.length() && makesShorterEdge(dt, piece, shortest) &&
+               !touchesOtherConstraint(pTriangle, piece, sibling);
     };
     if (forbids(findSibling(dt, piece, bLeft)))
         return true;
