@@ -1,0 +1,70 @@
+// What does it cost to ask a zone for its triangles? Usage: zones [rounds]
+#include "Quor_2D.h"
+#include "benchmarks/RefineJobs.h"
+
+#include <iostream>
+
+namespace
+{
+
+using namespace ZELK_QUOR2D;
+
+struct Scene {
+    std::unique_ptr<Quor_2D> pDt;
+    std::vector<Zone2*> vZones;
+};
+
+ConstraintGraph2* addOutline(Quor_2D& dt, std::vector<std::pair<double, double>> vOutline, double x, double size)
+{
+    std::vector<Segment2> vSegments;
+    const auto place = [&](std::size_t i) {
+        const auto& p = vOutline[i % vOutline.size()];
+        return Point2(x + size * p.first, 0.5 + size * p.second);
+    };
+    for (std::size_t i = 0; i < vOutline.size(); ++i)
+        vSegments.emplace_back(place(i), place(i + 1));
+    return dt.createConstraint(vSegments, CIS_CONSTRAINED_DELAUNAY);
+}
+
+// Two overlapping polygons among uniform points; their zones, union and difference.
+Scene makeScene(std::size_t numPoints, std::size_t numCorners)
+{
+    const std::vector<double> vCoordinates = bench::uniformCoordinates(numPoints);
+    std::vector<Point2> vPoints;
+    for (std::size_t i = 0; i < vCoordinates.size(); i += 2)
+        vPoints.emplace_back(vCoordinates[i], vCoordinates[i + 1]);
+    Scene scene{std::make_unique<Quor_2D>(), {}};
+    scene.pDt->insert(vPoints);
+    Quor_2D& dt = *scene.pDt;
+    Zone2* const pA = dt.createZone(addOutline(dt, bench::starPolygon(numCorners), 0.45, 0.42), ZL_INSIDE);
+    Zone2* const pB = dt.createZone(addOutline(dt, bench::starPolygon(numCorners), 0.55, 0.42), ZL_INSIDE);
+    dt.applyConstraintsAndZones();
+    scene.vZones = {pA, zoneUnion(pA, pB), zoneDifference(pA, pB), dt.createZone(nullptr, ZL_GLOBAL)};
+    return scene;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const int rounds = argc > 1 ? std::max(1, std::atoi(argv[1])) : 5;
+    const char* const aTitles[] = {"inside of a polygon", "union of two", "difference of two", "all triangles"};
+    std::printf("Triangles of zones among 1,000,000 points, medians of %d rounds\n", rounds);
+    std::streambuf* const pConsole = std::cout.rdbuf(nullptr); // crossings are reported
+    for (const std::size_t numCorners : {100, 10000})
+        for (std::size_t zone = 0; zone < 4; ++zone) {
+            bench::Series series;
+            for (int round = 0; round < rounds; ++round)
+                series.add(bench::measure([&] { return makeScene(1000000, numCorners); },
+                                          [&](const Scene& scene) {
+                                              std::vector<Triangle2*> vTriangles;
+                                              scene.vZones[zone]->getTriangles(vTriangles);
+                                              return vTriangles;
+                                          },
+                                          [](const std::vector<Triangle2*>& vTriangles) { return vTriangles.size(); }));
+            std::printf("%-20s  %6zu corners  %8.0f triangles  %7.4f s  %6.3f us/triangle\n", aTitles[zone], numCorners,
+                        series.lastResult(), series.seconds(), series.seconds() / series.lastResult() * 1e6);
+        }
+    std::cout.rdbuf(pConsole);
+    return EXIT_SUCCESS;
+}
