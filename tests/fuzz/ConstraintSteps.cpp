@@ -1,5 +1,7 @@
 #include "tests/fuzz/MeshProgram.h"
 
+#include <cmath>
+
 namespace fuzz
 {
 
@@ -9,6 +11,13 @@ namespace
 {
 
 constexpr std::size_t kMaxSegments = 100;
+
+// Halving a segment down from there makes tens of thousands of vertices.
+bool isExtreme(const Point2& p)
+{
+    const auto isExtremeNumber = [](double c) { return c != 0.0 && !(std::fabs(c) > 1e-40 && std::fabs(c) < 1e40); };
+    return isExtremeNumber(p.x()) || isExtremeNumber(p.y());
+}
 
 } // namespace
 
@@ -49,6 +58,9 @@ void MeshProgram::create(const std::vector<Segment2>& vSegments, ConstraintInser
     if (isFull() || numSegments + vSegments.size() > kMaxSegments)
         return;
     numSegments += vSegments.size();
+    for (const Segment2& segment : vSegments)
+        if (isExtreme(segment.getSrc()) || isExtreme(segment.getTrg()))
+            cis = CIS_CONSTRAINED_DELAUNAY;
     std::vector<Point2> vEnds;
     for (const Segment2& segment : vSegments)
         vEnds.insert(vEnds.end(), {segment.getSrc(), segment.getTrg()});

@@ -71,6 +71,7 @@ void MeshModel::noteRemoved(Point2* pVtx)
     mLive.erase(it);
     sRemoved.insert(pVtx);
     bUntouched = false;
+    bApplied = bApplied && dt.numberOfTriangles() > 0;
 }
 
 void MeshModel::adoptVertices()
@@ -88,8 +89,7 @@ void MeshModel::adoptVertices()
     }
     require(mNow.size() == vVertices.size(), "two vertices at the same place");
     for (const auto& entry : mLive)
-        if (mNow.count(entry.first) == 0)
-            sRemoved.insert(entry.second);
+        require(mNow.count(entry.first) > 0, "a vertex has disappeared");
     mLive = mNow;
 }
 
@@ -159,7 +159,7 @@ void MeshModel::checkUnappliedMesh() const
 {
     std::set<Edge> sConstrained;
     for (const ConstraintSegment2* pPiece : test::alivePieces(vGraphs))
-        if (pPiece->getCIS() == CIS_CONSTRAINED_DELAUNAY)
+        if (bRefined || pPiece->getCIS() == CIS_CONSTRAINED_DELAUNAY)
             sConstrained.emplace(pPiece->getSrc(), pPiece->getTrg());
     test::MeshCheckOptions options;
     options.isExemptEdge = [&](const Point2* p, const Point2* q) {
@@ -175,6 +175,7 @@ void MeshModel::checkConstraints() const
     test::ConstraintCheckOptions options;
     options.maxDeviation = 1e-9 * largestCoordinate();
     options.maxMissing = maxMissing;
+    options.bRefined = bRefined;
     if (!bUntouched) {
         std::size_t numMissing = 0;
         for (const ConstraintSegment2* pPiece : test::alivePieces(vGraphs)) {

@@ -22,10 +22,18 @@ public:
     /// Takes note of a removal that the triangulation has accepted.
     void noteRemoved(ZELK_QUOR2D::Point2* pVtx);
 
-    /// Takes note of vertices that the library has made itself, and of those that it has removed.
+    /// Takes note of vertices that the library has made itself. It must not have removed any.
     void adoptVertices();
 
     void addGraph(ZELK_QUOR2D::ConstraintGraph2* pGraph);
+
+    /// Refinement has been run, which keeps conforming edges that are not Delaunay any more.
+    void noteRefined() { bRefined = true; }
+
+    const std::vector<ZELK_QUOR2D::ConstraintGraph2*>& getGraphs() const { return vGraphs; }
+
+    /// Whether nothing was requested since the last apply, and there always were triangles since.
+    bool areConstraintsApplied() const { return bApplied && dt.numberOfTriangles() > 0; }
 
     /// All constraints have been applied. @param numGivenUp  how many pieces were given up with a warning
     void noteApplied(std::size_t numGivenUp);
@@ -64,7 +72,8 @@ private:
     std::set<ZELK_QUOR2D::Point2*> sRemoved;
     std::vector<ZELK_QUOR2D::Point2*> vHandles; // all that ever were, in the order of insertion
     std::vector<ZELK_QUOR2D::ConstraintGraph2*> vGraphs;
-    bool bApplied = false;   // nothing was requested since the last apply, and there always were triangles since
+    bool bApplied = false;
+    bool bRefined = false;
     bool bUntouched = false; // and the mesh has not been changed either
     std::size_t maxMissing = 0;
 };

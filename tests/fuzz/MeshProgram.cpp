@@ -44,8 +44,10 @@ void MeshProgram::run()
         if (step % checkEvery == 0)
             model.checkMesh();
     }
-    if (dt.numberOfPoints() <= kMaxChecked)
+    if (dt.numberOfPoints() <= kMaxChecked) {
         model.checkMesh();
+        checkZones();
+    }
     checkValidity();
 }
 
@@ -87,6 +89,20 @@ void MeshProgram::runStep()
         applyConstraints();
     else if (operation == 50)
         queryConstraints();
+    else if (operation < 53)
+        createZone();
+    else if (operation == 53)
+        createGrownZone();
+    else if (operation == 54)
+        combineZones();
+    else if (operation == 55)
+        deleteZone();
+    else if (operation < 58)
+        checkZones();
+    else if (operation < 61)
+        refine();
+    else if (operation == 61)
+        refineTriangles();
     else
         insertOne();
 }

@@ -6,6 +6,7 @@
 #include "tests/fuzz/PointChoice.h"
 #include "tests/fuzz/SilentOutput.h"
 #include "tests/fuzz/Targets.h"
+#include "tests/fuzz/ZoneModel.h"
 #include "tests/support/HostMode.h"
 
 #include <cstddef>
@@ -63,6 +64,20 @@ private:
     void applyConstraints();
     void queryConstraints();
 
+    // ---- zones and refinement (ZoneSteps.cpp)
+    ZoneModel* someZone();
+    ZELK_QUOR2D::ConstraintGraph2* someGraph();
+    void keepZone(ZELK_QUOR2D::Zone2* pZone, const ZoneModel& zone);
+    void createZone();
+    void createGrownZone();
+    void combineZones();
+    void deleteZone();
+    bool isReady(const ZoneModel& zone) const;
+    void checkZones() const;
+    void refine();
+    void refineTriangles();
+    void noteRefined(bool bDone);
+
     ByteReader in;
     SilentOutput silence;
     PointChoice points;
@@ -74,6 +89,8 @@ private:
     bool bTrace; // set QUOR2D_FUZZ_TRACE to see on standard error what an input does
     int nextIndex = 0;
     std::size_t numSegments = 0;
+    std::vector<ZoneModel> vZones;
+    int numRefinements = 0;
 };
 
 } // namespace fuzz

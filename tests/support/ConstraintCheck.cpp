@@ -180,7 +180,7 @@ private:
         MeshCheckOptions meshOptions;
         meshOptions.isExemptEdge = [this](const Point2* p, const Point2* q) {
             const auto it = mPieces.find(makeEdge(p, q));
-            return it != mPieces.end() && it->second->getCIS() == CIS_CONSTRAINED_DELAUNAY;
+            return it != mPieces.end() && (options.bRefined || it->second->getCIS() == CIS_CONSTRAINED_DELAUNAY);
         };
         std::vector<Triangle2*> vTriangles;
         std::vector<Point2*> vVertices;

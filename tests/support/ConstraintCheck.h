@@ -20,6 +20,9 @@ struct ConstraintCheckOptions {
 
     /// How far a split point may lie beside the segment that was requested.
     double maxDeviation = 0.0;
+
+    /// Refinement keeps conforming pieces like constrained ones, so that they need not be Delaunay edges after it.
+    bool bRefined = false;
 };
 
 /// A brute-force check of all constraints of a triangulation, whose arithmetic is its own.
