@@ -11,21 +11,24 @@ namespace ZELK_QUOR2D
 // at the end all alive segments are looked at again.
 //
 // Ends: a piece that is visited becomes an edge, is given up, or is split. Every split replaces a segment by two that
-// are shorter (|dx| + |dy| of their ends, exactly: the split point lies in the box of the segment and is none of its
-// ends), and such lengths are finite in number. A constrained edge stays until it is split; a conforming one that is
-// knocked out is split at its next visit.
+// are shorter: the split point is none of its ends and lies in its box, or hardly beyond (see BesideTest). There are
+// finitely many lengths between doubles. A constrained edge stays until it is split; a conforming one that is knocked
+// out is split at its next visit.
 void ConstraintMgr::apply()
 {
     sGivenUp.clear();
     std::vector<ConstraintSegment2*> vWork, vNext;
     collectWork(vWork);
     const std::size_t numChangesBefore = pDt2->numConstraintChanges;
+    const std::size_t numSplitsBefore = numSplits;
     while (!vWork.empty()) {
         for (ConstraintSegment2* pCSeg : vWork)
             insertPending(pCSeg, vNext);
         vWork.swap(vNext);
         vNext.clear();
-        if (vWork.empty() && pDt2->numConstraintChanges != numChangesBefore)
+        // An edge goes only where the mesh has changed, and one that is constrained only through a split.
+        if (vWork.empty() && pDt2->numConstraintChanges != numChangesBefore &&
+            (bHasConforming || numSplits != numSplitsBefore))
             collectMissing(vWork);
     }
     sGivenUp.clear();

@@ -69,6 +69,8 @@ ConstraintGraph2::ConstraintGraph2(Dt2* pTriangulation, const std::vector<Constr
     std::vector<ConstraintSegment2*> vWorking;
     vWorking.reserve(vSegments.size());
     for (ConstraintSegment2* pCSeg : vSegments) {
+        if (!pCSeg)
+            continue;
         if (pCSeg->getSrc() == pCSeg->getTrg())
             reportWarning("ConstraintGraph2::ConstraintGraph2()", "Ignoring a degenerate constraint segment");
         else

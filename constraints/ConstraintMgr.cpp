@@ -66,6 +66,7 @@ ConstraintGraph2* ConstraintMgr::createConstraint(const std::vector<Segment2>& v
     pDt2->insert(vPoints, vEnds);
     std::vector<ConstraintSegment2*> vCSegments;
     vCSegments.reserve(vEnds.size() / 2);
+    segmentIndex.reserve(segmentIndex.size() + vEnds.size() / 2);
     for (std::size_t i = 0; i < vEnds.size(); i += 2) {
         if (vEnds[i] != vEnds[i + 1])
             vCSegments.push_back(findOrCreateSegment(vEnds[i], vEnds[i + 1], cis));
@@ -85,7 +86,7 @@ ConstraintSegment2* ConstraintMgr::findOrCreateSegment(Point2* p0, Point2* p1, C
 {
     QUOR2D_ASSERT(p0 != p1, "p0!=p1");
     orderByAddress(p0, p1);
-    if (ConstraintSegment2* pExisting = segmentIndex.find(p0, p1))
+    if (ConstraintSegment2* pExisting = findSegment(p0, p1))
         return pExisting;
     ConstraintSegment2* const pCSeg = newSegment(p0, p1, cis);
     adopt(pCSeg);
@@ -106,6 +107,7 @@ void ConstraintMgr::adopt(ConstraintSegment2* pCSeg)
     pCSeg->getSrc()->marks |= VM_CONSTRAINT | signatureBit(pCSeg->getTrg());
     pCSeg->getTrg()->marks |= VM_CONSTRAINT | signatureBit(pCSeg->getSrc());
     segmentIndex.insert(pCSeg);
+    bHasConforming = bHasConforming || pCSeg->getCIS() == CIS_CONFORMING_DELAUNAY;
     pDt2->bHasConstraints = true;
 }
 
@@ -113,6 +115,7 @@ void ConstraintMgr::recordSplit(ConstraintSegment2* pParentCSeg, ConstraintSegme
 {
     QUOR2D_ASSERT(!pParentCSeg->isAlive(), "!pParentCSeg->isAlive()");
     QUOR2D_ASSERT(pCSeg0 != pCSeg1, "pCSeg0!=pCSeg1");
+    ++numSplits;
     segmentIndex.erase(pParentCSeg);
     adopt(pCSeg0);
     adopt(pCSeg1);

@@ -5,6 +5,7 @@
 #include "Point2.h"
 #include "Segment2.h"
 #include "constraints/SegmentIndex.h"
+#include "constraints/SegmentTrace.h"
 
 #include <cstddef>
 #include <string>
@@ -59,6 +60,9 @@ public:
     /// Replaces the contents of the vector by the alive segments, ordered by the addresses of their ends.
     void getLiveSegments(std::vector<ConstraintSegment2*>& vLive) const;
 
+    /// For one operation at a time.
+    ConstraintScratch scratch;
+
     const std::vector<ConstraintGraph2*>& graphs() const { return vGraphs; }
 
     /// Writes the alive pieces to the file prefix + "_c" + number + ".con", one line "x0 TAB y0 TAB x1 TAB y1" each,
@@ -77,6 +81,8 @@ private:
     void collectMissing(std::vector<ConstraintSegment2*>& vWork) const;
 
     Dt2* pDt2;
+    std::size_t numSplits = 0;
+    bool bHasConforming = false;
     std::vector<ConstraintSegment2*> vSegments; // all nodes of all split trees; what owns them
     std::vector<ConstraintGraph2*> vGraphs;     // owned
     SegmentIndex segmentIndex;                  // the alive ones

@@ -1,3 +1,4 @@
+#include "constraints/ConstraintMgr.h"
 #include "constraints/EdgeKey.h"
 #include "constraints/SegmentTrace.h"
 #include "core/Dt2.h"
@@ -18,7 +19,11 @@ namespace ZELK_QUOR2D
 class Dt2::CavityFiller
 {
 public:
-    explicit CavityFiller(Dt2& triangulation) : dt(triangulation) {}
+    CavityFiller(Dt2& triangulation, ConstraintScratch& scratch)
+        : dt(triangulation), vNew(scratch.vNew), vStack(scratch.vEars)
+    {
+        vNew.clear();
+    }
 
     // Triangulates what lies between the segment and a chain. Every vertex of the chain sees the segment along the
     // crossed edge that ends there. So wherever three vertices in a row turn towards the segment, the middle one is an
@@ -64,8 +69,6 @@ public:
             link(vDangling[i].pT, vDangling[i].ith, vDangling[i + 1].pT);
     }
 
-    std::vector<Triangle2*> vNew;
-
 private:
     struct DanglingSide {
         const Point2* p0; // ascending addresses
@@ -108,7 +111,8 @@ private:
     }
 
     Dt2& dt;
-    std::vector<SegmentTrace::ChainVertex> vStack; // pOuter lies beyond the edge from the entry below
+    std::vector<Triangle2*>& vNew;
+    std::vector<SegmentTrace::ChainVertex>& vStack; // pOuter lies beyond the edge from the entry below
     std::vector<DanglingSide> vDangling;
 };
 
@@ -118,7 +122,8 @@ void Dt2::recoverEdge(const SegmentTrace& trace)
     ++numConstraintChanges;
     for (Triangle2* pT : trace.vCrossed)
         pT->setState(true);
-    CavityFiller filler(*this);
+    ConstraintScratch& scratch = constraintMgr().scratch;
+    CavityFiller filler(*this, scratch);
     Triangle2* const pLeft = filler.fillSide(trace.vLeft, ORI2_NEGATIVE);
     Triangle2* const pRight = filler.fillSide(trace.vRight, ORI2_POSITIVE);
     filler.linkAcrossSegment(pLeft, pRight, trace.p0, trace.p1);
@@ -127,7 +132,7 @@ void Dt2::recoverEdge(const SegmentTrace& trace)
         pT->setState(false);
         discardTriangle(pT);
     }
-    flipToMatchCDT(filler.vNew, trace.p0, trace.p1);
+    flipToMatchCDT(scratch.vNew, trace.p0, trace.p1);
 }
 
 Point2* Dt2::treatConstraintZone(Point2* p0, Point2* p1)
@@ -180,7 +185,8 @@ void Dt2::flipToMatchCDT(std::vector<Triangle2*>& vWork, const Point2* pKeep0, c
         const Point2 *p = pT->getCorner(next(ith)), *q = pT->getCorner(prev(ith));
         return (p == pKeep0 && q == pKeep1) || (p == pKeep1 && q == pKeep0) || isLockedEdge(pT, ith);
     };
-    std::vector<Triangle2*> vChanged;
+    std::vector<Triangle2*>& vChanged = constraintMgr().scratch.vChanged;
+    vChanged.clear();
     while (!vWork.empty()) {
         for (Triangle2* pT : vWork)
             flipIllegalEdge(pT, vChanged, isKept);

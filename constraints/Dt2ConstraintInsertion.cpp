@@ -37,8 +37,8 @@ void Dt2::insertConstraintSegmentIgnoreDelaunay(ConstraintSegment2* pCSeg)
 {
     QUOR2D_ASSERT(pCSeg->getCIS() == CIS_CONSTRAINED_DELAUNAY, "pCSeg->getCIS()==CIS_CONSTRAINED_DELAUNAY");
     QUOR2D_ASSERT(pCSeg->isAlive(), "pCSeg->isAlive()");
-    SegmentTrace trace;
-    std::vector<ConstraintSegment2*> vStack(1, pCSeg);
+    std::vector<ConstraintSegment2*>& vStack = constraintMgr().scratch.vPieces;
+    vStack.assign(1, pCSeg);
     while (!vStack.empty()) {
         ConstraintSegment2* const pPiece = vStack.back();
         vStack.pop_back();
@@ -49,14 +49,16 @@ void Dt2::insertConstraintSegmentIgnoreDelaunay(ConstraintSegment2* pCSeg)
             vStack.push_back(pCSeg1);
             vStack.push_back(pCSeg0);
         } else if (pPiece->getCIS() == CIS_CONSTRAINED_DELAUNAY) { // it may share a piece with a conforming segment
-            insertPiece(pPiece, vStack, trace);
+            insertPiece(pPiece);
         }
     }
 }
 
 // Makes a segment an edge, or splits what is in the way and puts it on the stack.
-void Dt2::insertPiece(ConstraintSegment2* pCSeg, std::vector<ConstraintSegment2*>& vStack, SegmentTrace& trace)
+void Dt2::insertPiece(ConstraintSegment2* pCSeg)
 {
+    SegmentTrace& trace = constraintMgr().scratch.trace;
+    std::vector<ConstraintSegment2*>& vStack = constraintMgr().scratch.vPieces;
     traceSegment(pCSeg->getSrc(), pCSeg->getTrg(), true, trace);
     switch (trace.end) {
     case TRACE_FREE:
@@ -102,7 +104,7 @@ void Dt2::insertConstraintSegmentKeepDelaunay(ConstraintSegment2* pCSeg)
     QUOR2D_ASSERT(pCSeg->isAlive(), "pCSeg->isAlive()");
     Point2* const src = pCSeg->getSrc();
     Point2* const trg = pCSeg->getTrg();
-    SegmentTrace trace;
+    SegmentTrace& trace = constraintMgr().scratch.trace;
     traceSegment(src, trg, true, trace);
     if (trace.end == TRACE_FREE || trace.end == TRACE_CONSTRAINT) {
         if (Point2* const pNear = findVertexBeside(trace)) {

@@ -29,8 +29,18 @@ public:
     void insert(ConstraintSegment2* pCSeg)
     {
         if (2 * (count + 1) > vSlots.size())
-            grow();
+            resize(vSlots.empty() ? 16 : 2 * vSlots.size());
         place(pCSeg);
+    }
+
+    /// Makes room for so many segments.
+    void reserve(std::size_t numSegments)
+    {
+        std::size_t numSlots = 16;
+        while (numSlots < 2 * (numSegments + 1))
+            numSlots *= 2;
+        if (numSlots > vSlots.size())
+            resize(numSlots);
     }
 
     /// Takes this very segment out; another one with the same ends stays.
@@ -88,9 +98,9 @@ private:
         ++count;
     }
 
-    void grow()
+    void resize(std::size_t numSlots)
     {
-        std::vector<Slot> vOld(vSlots.empty() ? 16 : 2 * vSlots.size());
+        std::vector<Slot> vOld(numSlots);
         vOld.swap(vSlots);
         count = 0;
         for (const Slot& slot : vOld)

@@ -45,4 +45,13 @@ struct SegmentTrace {
     std::vector<ChainVertex> vRight;
 };
 
+/// Lists that keep their capacity from one segment to the next.
+struct ConstraintScratch {
+    SegmentTrace trace;
+    std::vector<SegmentTrace::ChainVertex> vEars;
+    std::vector<Triangle2*> vNew;
+    std::vector<Triangle2*> vChanged;
+    std::vector<ConstraintSegment2*> vPieces;
+};
+
 } // namespace ZELK_QUOR2D

@@ -356,7 +356,7 @@ private:
     void examineFan(const IncidentTriangles& around, Point2* pFrom, Point2* pTo, SegmentTrace& trace);
     void followSegment(bool bStopAtConstraints, SegmentTrace& trace);
     void recoverEdge(const SegmentTrace& trace);
-    void insertPiece(ConstraintSegment2* pCSeg, std::vector<ConstraintSegment2*>& vStack, SegmentTrace& trace);
+    void insertPiece(ConstraintSegment2* pCSeg);
     static Point2* findVertexBeside(const SegmentTrace& trace);
     void splitAtMidpoint(ConstraintSegment2* pCSeg, Triangle2* pStart);
     template <class IsKept>

@@ -168,6 +168,32 @@ TEST(ConstraintApply, CrossingAtARoundedPoint)
     }
 }
 
+// Edges of another triangulation do not cross. Nothing is to be said about them, and no constrained one is split.
+TEST(ConstraintApply, RandomSegmentsThatDoNotCross)
+{
+    for (const auto cis : kStrategies) {
+        for (std::uint64_t seed = 0; seed < 6; ++seed) {
+            Quor_2D other;
+            other.insert(uniformPoints(cis == CIS_CONSTRAINED_DELAUNAY ? 400 : 60, seed));
+            std::vector<Triangle2*> vTriangles;
+            other.getTrianglePointers(vTriangles);
+            std::vector<Segment2> vSegments;
+            for (std::size_t i = 0; i < vTriangles.size(); i += 2)
+                vSegments.emplace_back(*vTriangles[i]->getCorner(1), *vTriangles[i]->getCorner(2));
+            Scene scene;
+            scene.dt.insert(uniformPoints(600, seed + 1000));
+            ConstraintGraph2* const pGraph = scene.add(vSegments, cis);
+            EXPECT_EQ(scene.applyAndCheck(), "");
+            std::vector<ConstraintSegment2*> vOriginal;
+            pGraph->getOriginalConstraintSegments(vOriginal);
+            for (const ConstraintSegment2* pCSeg : vOriginal)
+                EXPECT_TRUE(cis == CIS_CONFORMING_DELAUNAY || pCSeg->isAlive());
+            if (HasFailure())
+                FAIL() << "seed " << seed << ", strategy " << cis;
+        }
+    }
+}
+
 // The midpoint of the second segment knocks an edge of the first one out after that was finished.
 TEST(ConstraintApply, FinishedConformingSegmentIsVisitedAgain)
 {
