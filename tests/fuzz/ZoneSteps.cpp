@@ -15,7 +15,7 @@ namespace
 
 constexpr std::size_t kMaxZones = 24;
 constexpr int kMaxRefinements = 3; // each makes up to some thousand triangles
-constexpr unsigned int kMaxRefinedPoints = 300;
+constexpr unsigned int kMaxRefinedPoints = 150;
 
 } // namespace
 
