@@ -133,6 +133,28 @@ int exactInCircle(const Coord& a, const Coord& b, const Coord& c, const Coord& d
     return mpz_sgn(space.sum.z);
 }
 
+// Rounds to the nearest double; mpq_get_d cuts towards zero.
+double nearestDouble(const mpq_t q)
+{
+    double inner = mpq_get_d(q);
+    double outer = std::nextafter(inner, mpq_sgn(q) < 0 ? -HUGE_VAL : HUGE_VAL);
+    if (!std::isfinite(outer))
+        return inner;
+    mpq_t aParts[2]; // q - inner, outer - q
+    mpq_init(aParts[0]);
+    mpq_init(aParts[1]);
+    mpq_set_d(aParts[0], inner);
+    mpq_sub(aParts[0], q, aParts[0]);
+    mpq_set_d(aParts[1], outer);
+    mpq_sub(aParts[1], aParts[1], q);
+    mpq_abs(aParts[0], aParts[0]);
+    mpq_abs(aParts[1], aParts[1]);
+    bool bInner = mpq_cmp(aParts[0], aParts[1]) <= 0;
+    mpq_clear(aParts[0]);
+    mpq_clear(aParts[1]);
+    return bInner ? inner : outer;
+}
+
 int signOf(double value)
 {
     return value > 0 ? 1 : value < 0 ? -1 : 0;
@@ -204,7 +226,7 @@ Coord lineCrossing(const Coord& a, const Coord& b, const Coord& c, const Coord& 
             mpq_mul_2exp(q, q, static_cast<mp_bitcnt_t>(scale.exponent()));
         else
             mpq_div_2exp(q, q, static_cast<mp_bitcnt_t>(-scale.exponent()));
-        aResult[axis] = mpq_get_d(q);
+        aResult[axis] = nearestDouble(q);
     }
     mpq_clear(q);
     return {aResult[0], aResult[1]};

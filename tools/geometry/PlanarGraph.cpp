@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <tuple>
 
 namespace quor2d_tool
@@ -117,7 +118,8 @@ private:
         for (const auto& crossing : contacts.vCrossings) {
             const VertexPair& s = vPairs[crossing[0]];
             const VertexPair& t = vPairs[crossing[1]];
-            std::uint32_t vertex = index.insert(lineCrossing(index[s[0]], index[s[1]], index[t[0]], index[t[1]]));
+            Coord place = lineCrossing(index[s[0]], index[s[1]], index[t[0]], index[t[1]]);
+            std::uint32_t vertex = index.insert(snapped(place, s, t));
             if (vertex == graph.vPoints.size()) {
                 graph.vPoints.push_back(PlanarGraph::kNewVertex);
                 ++graph.numCrossings;
@@ -125,6 +127,20 @@ private:
             contacts.vTouches.push_back({crossing[0], vertex});
             contacts.vTouches.push_back({crossing[1], vertex});
         }
+    }
+
+    // A crossing next to an end of its segments is that end: otherwise nearly parallel segments would cross again and
+    // again, a double further each time.
+    Coord snapped(const Coord& place, const VertexPair& s, const VertexPair& t) const
+    {
+        auto isNear = [](double a, double b) {
+            constexpr double kTolerance = 4 * std::numeric_limits<double>::epsilon();
+            return std::abs(a - b) <= kTolerance * std::max(std::abs(a), std::abs(b));
+        };
+        for (std::uint32_t end : {s[0], s[1], t[0], t[1]})
+            if (isNear(place.x, index[end].x) && isNear(place.y, index[end].y))
+                return index[end];
+        return place;
     }
 
     void splitPieces(std::vector<SegmentContacts::Touch>& vTouches)
@@ -150,6 +166,7 @@ private:
     }
 
     // Orders vertices on or next to a segment from its first end to its second: along the axis in which it is longer.
+    // The ends stay where they are, even if a vertex was snapped to a place a little beyond.
     void sortAlong(const VertexPair& ends, std::vector<std::uint32_t>& vChain) const
     {
         const Coord& a = index[ends[0]];
@@ -160,8 +177,13 @@ private:
             double y = a.y < b.y ? index[v].y : -index[v].y;
             return bByX ? std::make_pair(x, y) : std::make_pair(y, x);
         };
+        vChain.erase(
+            std::remove_if(vChain.begin(), vChain.end(), [&](std::uint32_t v) { return v == ends[0] || v == ends[1]; }),
+            vChain.end());
         std::sort(vChain.begin(), vChain.end(), [&](std::uint32_t v, std::uint32_t w) { return key(v) < key(w); });
         vChain.erase(std::unique(vChain.begin(), vChain.end()), vChain.end());
+        vChain.insert(vChain.begin(), ends[0]);
+        vChain.push_back(ends[1]);
     }
 
     void finish()
