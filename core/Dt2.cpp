@@ -72,7 +72,7 @@ Bbox2 Dt2::computeBoundingBox() const
 }
 
 // Turns around both vertices in turn: one of them may be a hub of thousands of triangles.
-Triangle2* Dt2::getAdjacentTriangle(Point2* p0, Point2* p1) const
+Triangle2* Dt2::getAdjacentTriangle(const Point2* p0, const Point2* p1) const
 {
     if (!p0 || !p1 || p0 == p1 || !p0->getIncidentTriangle() || !p1->getIncidentTriangle())
         return nullptr;
@@ -91,12 +91,11 @@ Triangle2* Dt2::getAdjacentTriangle(Point2* p0, Point2* p1) const
 
 Triangle2* Dt2::findTriangleLeftOf(const Point2* p0, const Point2* p1) const
 {
-    if (!p0->getIncidentTriangle())
+    Triangle2* const pT = getAdjacentTriangle(p0, p1);
+    if (!pT)
         return nullptr;
-    for (IncidentTriangles around(p0); !around.atEnd(); around.advance())
-        if (around.nextCorner() == p1)
-            return around.triangle();
-    return nullptr;
+    const int i = pT->getIntraTriangleIndex(p0);
+    return pT->getCorner(next(i)) == p1 ? pT : pT->getOppositeTriangle(next(i));
 }
 
 Triangle2* Dt2::takeTriangle(Point2* pA, Point2* pB, Point2* pC)

@@ -95,9 +95,10 @@ public:
     void getTrianglePointers(std::vector<Triangle2*>& vTriangles) const;
     bool is2D() const { return fullDimensional; }
     Bbox2 computeBoundingBox() const;
-    Triangle2* getAdjacentTriangle(Point2* p0, Point2* p1) const;
+    Triangle2* getAdjacentTriangle(const Point2* p0, const Point2* p1) const;
 
     /// The triangle to the left of the edge from p0 to p1; null when there is no such edge, or nothing on that side.
+    /// Time: the smaller of the two degrees.
     Triangle2* findTriangleLeftOf(const Point2* p0, const Point2* p1) const;
 
     // ---- constraints (constraints/Dt2Constraints.cpp)
@@ -132,6 +133,9 @@ public:
     /// @see Quor_2D::refine()
     void refine(RefineParams* pRefineParams);
     void refineSpecificTriangles(const std::vector<Triangle2*>& vTriangles, bool bAllowConstraintSplitting);
+
+    /// @see Quor_2D::checkZoneQuality()
+    void checkZoneQuality(Zone2* pZone, double minAngleDegree, double maxEdgeLength, const std::string& zoneName);
 
     /// Collects what misses the bounds: the largest circumcircles first.
     void uniformRefinement(RefineZone& zoneTriangles, std::vector<RefineCandidate*>& vCandidates,
@@ -443,6 +447,12 @@ private:
     ConstraintSegment2* pSegmentUnderVertex = nullptr; // found by legalize() under the newest vertex
 
     std::set<Zone2*> sZones; // owned
+
+    struct LastRefinement {
+        double minEdgeLength;
+        bool bAllowConstraintSplitting;
+    };
+    std::unordered_map<const Zone2*, LastRefinement> mLastRefinements; // of the zones that have been refined
 
     RefineZone* pRefineZone = nullptr;     // while refinement runs
     std::vector<Point2*> vSteinerVertices; // the vertices with VM_REFINEMENT, and others

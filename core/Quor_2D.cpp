@@ -203,6 +203,12 @@ void Quor_2D::refineSpecificTriangles(std::vector<Triangle2*>& vTriangles, bool 
     guarded([&] { pDt2->refineSpecificTriangles(vTriangles, bAllowConstraintSplitting); });
 }
 
+void Quor_2D::checkZoneQuality(Zone2* pZone, double minAngleDegree, double maxEdgeLength, const std::string& name,
+                               const AcceptExperimentalFeature&)
+{
+    guarded([&] { pDt2->checkZoneQuality(pZone, minAngleDegree, maxEdgeLength, name); });
+}
+
 void Quor_2D::show(const std::string& filename) const
 {
     guarded([&] { pDt2->show(filename); });

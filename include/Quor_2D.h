@@ -217,6 +217,17 @@ public:
     /// @param vTriangles  stays as it is; its triangles may be reused
     void refineSpecificTriangles(std::vector<Triangle2*>& vTriangles, bool bAllowConstraintSplitting);
 
+    /// Experimental: why does this mesh miss the bounds here? Reports counts and worst cases of angles and edges over a
+    /// zone, with the reason where one is known, and draws the zone on the page `name`.ps with the triangles that miss
+    /// the bounds filled: red where refinement would help, yellow at sharp corners of constraints, orange where
+    /// something else is in the way. The reasons count in what the zone was last refined with.
+    ///
+    /// @param minAngleDegree  the bound to measure against, in degrees
+    /// @param maxEdgeLength   the bound to measure against, in coordinate units; infinite for none
+    /// @param name            shown in the report, and the file name without its ending
+    void checkZoneQuality(Zone2* pZone, double minAngleDegree, double maxEdgeLength, const std::string& name,
+                          const AcceptExperimentalFeature&);
+
     // ---- output
 
     /// Draws the edges of the triangulation on a PostScript page, see Visualizer2. Without triangles that is reported,

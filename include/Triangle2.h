@@ -114,6 +114,7 @@ public:
 
 private:
     friend class RefineZone;
+    friend class ZoneFill;
 
     static bool checkRange(int ith) { return ith >= 0 && ith < 3; }
     int reportMissingCorner(const Point2* pVtx) const;
@@ -122,7 +123,7 @@ private:
     Point2* aVertexPointer[3] = {nullptr, nullptr, nullptr};
     Triangle2* aOppTriangles[3] = {nullptr, nullptr, nullptr};
     bool bState = false;
-    unsigned char marks = 0; // fills what would be padding; bits of RefineZone
+    unsigned char marks = 0; // fills what would be padding; see TriangleMark in core/TriangleMarks.h
 };
 
 /// Writes address, corners and neighbours over four lines, for debugging.

@@ -100,6 +100,8 @@ void Dt2::refine(RefineParams* pRefineParams)
     applyConstraintsAndZones();
     if (!fullDimensional || !hasTriangles())
         return;
+    mLastRefinements[pRefineParams->pZone] =
+        LastRefinement{pRefineParams->minEdgeLength, pRefineParams->bAllowConstraintSplitting};
     RefineZone zoneTriangles;
     runRefinement(zoneTriangles, pRefineParams);
 }

@@ -139,7 +139,6 @@ Point2* RefineCandidate::findCrowdedCorner() const
     return nullptr;
 }
 
-// Whether two constraints that meet in a corner of the triangle make it impossible to reach the bound.
 bool RefineCandidate::hasSmallInputAngle(double minAngleDegree) const
 {
     bool aConstraint[3];

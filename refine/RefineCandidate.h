@@ -37,6 +37,9 @@ public:
     /// The part of needRefinement() that depends on nothing but the triangle.
     bool missesBounds(const RefineParams& params) const;
 
+    /// Whether two constraints that meet in a corner of the triangle make it impossible to reach the bound.
+    bool hasSmallInputAngle(double minAngleDegree) const;
+
     Dt2* pDt;
     Triangle2* pTriangle;
     Triangle2* pContainingT; // where the walk stopped
@@ -50,7 +53,6 @@ public:
     Point2* pSparedCorner = nullptr;  // the sharp corner for whose sake nothing is done
 
 private:
-    bool hasSmallInputAngle(double minAngleDegree) const;
     bool isWorthwhile(const RefineParams& params);
     Point2* findCrowdedCorner() const;
     void walk();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Triangle2.h"
+#include "core/TriangleMarks.h"
 #include "refine/RefineCandidate.h"
 
 #include <cstddef>
@@ -14,7 +15,7 @@ class ConstraintSegment2;
 
 /// The triangles under refinement, kept up to date while the mesh changes, and which of them are new.
 ///
-/// Membership is a mark in the triangle (TriangleMark); a triangle record that is recycled loses its marks.
+/// Membership is a mark in the triangle (TM_IN_ZONE); a triangle record that is recycled loses its marks.
 class RefineZone
 {
 public:
@@ -44,8 +45,6 @@ public:
     std::size_t numPasses = 0;
 
 private:
-    enum TriangleMark : unsigned char { TM_IN_ZONE = 1, TM_NEW = 2 };
-
     std::vector<Triangle2*> vNew;    // holds every triangle with TM_NEW, perhaps others
     std::vector<Triangle2*> vMarked; // the same for TM_IN_ZONE
 };

@@ -83,6 +83,7 @@ void Dt2::deleteZone(Zone2* pZone)
         reportWarning("Dt2::deleteZone(..)", "trying to delete a non-existing zone");
         return;
     }
+    mLastRefinements.erase(pZone);
     delete pZone;
 }
 
@@ -104,7 +105,10 @@ void Dt2::growZoneArea(const Point2& startPoint, const std::vector<ConstraintGra
         reportWarning("growZoneArea()", "pVtx is outside the convex hull of the triangulation, no triangles returned");
         return;
     }
-    ZoneFill fill(*this, vConstraintGraphs);
+    ZoneFill fill(*this);
+    for (const ConstraintGraph2* pGraph : vConstraintGraphs)
+        if (pGraph)
+            fill.addBorders(*pGraph);
     fill.addSeed(pStart);
     fill.deliver(vTriangles);
 }

@@ -100,14 +100,14 @@ void Zone2::collectSides(std::vector<Triangle2*>& vTriangles) const
     QUOR2D_ASSERT(vConstraintGraphs.size() == 1, "vConstraintGraphs.size()==1");
     std::vector<Point2*> vPolygon;
     vConstraintGraphs.front()->getPolygonVertices(vPolygon);
-    ZoneFill fill(*pDt, vConstraintGraphs);
+    ZoneFill fill(*pDt);
     bool bApplied = false; // some segment is an edge of the mesh
     for (std::size_t i = 0; i < vPolygon.size(); ++i) {
         const Point2* const p0 = vPolygon[i];
         const Point2* const p1 = vPolygon[i + 1 < vPolygon.size() ? i + 1 : 0];
-        Triangle2* const pInside = pDt->findTriangleLeftOf(p0, p1);
-        bApplied = bApplied || pInside;
-        fill.addSeed(zoneLoc == ZL_INSIDE ? pInside : pDt->findTriangleLeftOf(p1, p0));
+        Triangle2* const pSeed = zoneLoc == ZL_INSIDE ? fill.addBorder(p0, p1) : fill.addBorder(p1, p0);
+        bApplied = bApplied || pSeed || pDt->findTriangleLeftOf(p0, p1);
+        fill.addSeed(pSeed);
     }
     if (!fill.hasSeeds()) {
         reportError("Zone2::getTriangles()", "vWorkspace.empty() - one possible reason is that you have not called "

@@ -1,8 +1,10 @@
 #include "zones/ZoneFill.h"
 
 #include "ConstraintGraph2.h"
+#include "ConstraintSegment2.h"
 #include "Triangle2.h"
 #include "core/Dt2.h"
+#include "core/TriangleMarks.h"
 #include "geometry/TriangleIndex.h"
 
 #include <algorithm>
@@ -19,16 +21,37 @@ constexpr std::size_t kSweepFraction = 16;
 
 } // namespace
 
-ZoneFill::ZoneFill(const Dt2& triangulation, const std::vector<ConstraintGraph2*>& vGraphs) : dt(triangulation)
+ZoneFill::~ZoneFill()
+{
+    clearBorders();
+}
+
+Triangle2* ZoneFill::addBorder(const Point2* p0, const Point2* p1)
+{
+    Triangle2* const pT = dt.findTriangleLeftOf(p0, p1);
+    if (!pT)
+        return nullptr;
+    pT->marks = static_cast<unsigned char>(pT->marks | TM_BORDER << prev(pT->getIntraTriangleIndex(p0)));
+    vAtBorder.push_back(pT);
+    return pT;
+}
+
+void ZoneFill::addBorders(const ConstraintGraph2& graph)
 {
     std::vector<ConstraintSegment2*> vAlive;
-    for (const ConstraintGraph2* pGraph : vGraphs) {
-        if (!pGraph)
-            continue;
-        pGraph->getAliveSegments(vAlive);
-        for (ConstraintSegment2* pCSeg : vAlive)
-            boundary.insert(pCSeg);
+    graph.getAliveSegments(vAlive);
+    for (const ConstraintSegment2* pCSeg : vAlive) {
+        addBorder(pCSeg->getSrc(), pCSeg->getTrg());
+        addBorder(pCSeg->getTrg(), pCSeg->getSrc());
     }
+}
+
+void ZoneFill::clearBorders()
+{
+    constexpr unsigned int kAllEdges = TM_BORDER | TM_BORDER << 1 | TM_BORDER << 2;
+    for (Triangle2* pT : vAtBorder)
+        pT->marks = static_cast<unsigned char>(pT->marks & ~kAllEdges);
+    vAtBorder.clear();
 }
 
 void ZoneFill::addSeed(Triangle2* pT)
@@ -49,8 +72,7 @@ void ZoneFill::spread()
         QUOR2D_ASSERT(pCurrentT != nullptr, "pCurrentT!=NULL");
         for (int i = 0; i < 3; ++i) {
             Triangle2* const pOpp = pCurrentT->getOppositeTriangle(i);
-            if (pOpp && !pOpp->getState() &&
-                !boundary.find(pCurrentT->getCorner(next(i)), pCurrentT->getCorner(prev(i))))
+            if (pOpp && !(pCurrentT->marks & TM_BORDER << i))
                 addSeed(pOpp);
         }
     }
@@ -59,6 +81,7 @@ void ZoneFill::spread()
 void ZoneFill::deliver(std::vector<Triangle2*>& vTriangles)
 {
     spread();
+    clearBorders();
     vTriangles.clear();
     if (vFound.size() >= dt.numLiveTriangles() / kSweepFraction) {
         vTriangles.reserve(vFound.size());

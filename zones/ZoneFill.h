@@ -1,7 +1,5 @@
 #pragma once
 
-#include "constraints/SegmentIndex.h"
-
 #include <vector>
 
 namespace ZELK_QUOR2D
@@ -9,16 +7,26 @@ namespace ZELK_QUOR2D
 
 class ConstraintGraph2;
 class Dt2;
+class Point2;
 class Triangle2;
 
-/// Collects the triangles that can be reached from some seeds without crossing an edge of the given graphs.
+/// Collects the triangles that can be reached from some seeds without crossing a border.
 ///
-/// While it lives, the triangles found carry their mark (Triangle2::getState()); deliver() clears the marks.
+/// While it lives, triangles carry marks: those found Triangle2::getState(), those at the border TM_BORDER. deliver()
+/// clears them. So no edge is looked up in a table while the triangles are collected.
 class ZoneFill
 {
 public:
-    /// @param vGraphs  null pointers among them are skipped
-    ZoneFill(const Dt2& triangulation, const std::vector<ConstraintGraph2*>& vGraphs);
+    explicit ZoneFill(const Dt2& triangulation) : dt(triangulation) {}
+    ~ZoneFill();
+    ZoneFill(const ZoneFill&) = delete;
+    ZoneFill& operator=(const ZoneFill&) = delete;
+
+    /// Makes the edge from p0 to p1 a border for triangles to its left. @return the triangle there, or null
+    Triangle2* addBorder(const Point2* p0, const Point2* p1);
+
+    /// Makes all alive segments of a graph borders on both sides.
+    void addBorders(const ConstraintGraph2& graph);
 
     /// Null is no seed.
     void addSeed(Triangle2* pT);
@@ -30,9 +38,10 @@ public:
 
 private:
     void spread();
+    void clearBorders();
 
     const Dt2& dt;
-    SegmentIndex boundary;
+    std::vector<Triangle2*> vAtBorder;
     std::vector<Triangle2*> vFound;     // all marked triangles
     std::vector<Triangle2*> vWorkspace; // those of them whose neighbours have not been looked at
 };
