@@ -4,11 +4,13 @@
 #include "Triangle2.h"
 #include "core/CurveSort.h"
 #include "core/HC2.h"
+#include "core/Prefetch.h"
 #include "core/SimplePool.h"
 #include "core/VertexMarks.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
 #include <vector>
 
 namespace ZELK_QUOR2D
@@ -155,7 +157,11 @@ std::size_t VertexVault::addPoints(std::size_t numPoints, const Source& source, 
     reserveFor(vItems.size());
     if (pEntryOfInput)
         pEntryOfInput->assign(numPoints, kNoEntry);
+    constexpr std::size_t kAhead = 12; // the input is read all over the place
     for (std::size_t i = 0; i < vItems.size(); ++i) {
+        if constexpr (std::is_reference<decltype(source(i))>::value)
+            if (i + kAhead < vItems.size())
+                prefetch(&source(positionOf(vItems[i + kAhead])));
         const std::uint32_t position = positionOf(vItems[i]);
         const auto& p = source(position);
         // Equal points stand side by side, the earliest one first: it becomes the vertex.

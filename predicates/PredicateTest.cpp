@@ -161,6 +161,27 @@ Orientation2 PredicateTest::exactOrientation(const Point2& p1, const Point2& p2,
     return orientationOf(mpq_cmp(q[10], q[11]));
 }
 
+// The same with the permanent itself for a bound, with the factor 15v: that decides more of the flat triangles.
+int PredicateTest::fineFilterInCircle(const Point2& p0, const Point2& p1, const Point2& p2, const Point2& q)
+{
+    const double ax = p0.x() - q.x(), ay = p0.y() - q.y();
+    const double bx = p1.x() - q.x(), by = p1.y() - q.y();
+    const double cx = p2.x() - q.x(), cy = p2.y() - q.y();
+    const double a2 = ax * ax + ay * ay, b2 = bx * bx + by * by, c2 = cx * cx + cy * cy;
+    const double cxay = cx * ay, cyax = cy * ax, cybx = cy * bx, cxby = cx * by, byax = by * ax, bxay = bx * ay;
+    const double det = (cxay - cyax) * b2 + (cybx - cxby) * a2 + (byax - bxay) * c2;
+    const double permanent = (std::fabs(cyax) + std::fabs(cxay)) * b2 + (std::fabs(cxby) + std::fabs(cybx)) * a2 +
+                             (std::fabs(bxay) + std::fabs(byax)) * c2;
+    const double bound = permanent * 3.33e-15;
+    if (bound > 1e-200 && a2 + b2 + c2 < 1e60) {
+        if (det > bound)
+            return ORI2_POSITIVE;
+        if (det < -bound)
+            return ORI2_NEGATIVE;
+    }
+    return kUndecided;
+}
+
 Orientation2 PredicateTest::inCircleBeyondFilter(const Point2& p0, const Point2& p1, const Point2& p2, const Point2& q)
 {
     RoundingGuard guard; // before the comparisons too: under DAZ all denormals are equal

@@ -93,6 +93,7 @@ public:
     Orientation2 exactOrientation(const Point2& p1, const Point2& p2, const Point2& p3);
 
     static int filterInCircle(const Point2& p0, const Point2& p1, const Point2& p2, const Point2& q);
+    static int fineFilterInCircle(const Point2& p0, const Point2& p1, const Point2& p2, const Point2& q);
     static int expansionInCircle(const Point2& p0, const Point2& p1, const Point2& p2, const Point2& q);
     Orientation2 exactInCircle(const Point2& p0, const Point2& p1, const Point2& p2, const Point2& q);
 
@@ -145,28 +146,31 @@ inline int PredicateTest::filterOrientation(const Point2& p1, const Point2& p2, 
 }
 
 // In-circle. A minor is off by 4v relative to its sum of absolute products (two subtractions, multiplication, one
-// subtraction), a squared length by 4v, their product by 9v, the sum of three by 11v relative to `permanent`; the
-// factor is 15v, and computing `permanent` and the bound loses less than 10v of themselves. That leaves a fifth of the
-// bound, more than 4e-201, for flushed operations: with squared lengths below 1e60 a flushed difference costs F 1e90
-// and a flushed product F 1e60 a few dozen times at most. The same limit keeps inf and NaN out.
+// subtraction), a squared length by 4v, their product by 9v, the sum of three by 11v relative to the permanent (the
+// determinant of absolute products).
+//
+// With a, b, c for the lengths of the three vectors, each sum of absolute products is at most the product of two
+// lengths (Cauchy), so that the permanent is at most abc(a + b + c) <= ((a + b + c) / 3)^3 (a + b + c), and that is at
+// most m^2 / 3, m = a^2 + b^2 + c^2: the bound needs no absolute values, and triangles of an ordinary shape lose
+// little by it. The factor 1.2e-15 is 16v / 3; computing m and the bound loses less than 15v of themselves. That leaves
+// a quarter of the bound, more than 2e-200, for flushed operations: with squared lengths below 1e60 a flushed
+// difference costs F 1e90 and a flushed product F 1e60 a few dozen times at most. The same limit keeps inf and NaN out.
 inline int PredicateTest::filterInCircle(const Point2& p0, const Point2& p1, const Point2& p2, const Point2& q)
 {
     const double ax = p0.x() - q.x(), ay = p0.y() - q.y();
     const double bx = p1.x() - q.x(), by = p1.y() - q.y();
     const double cx = p2.x() - q.x(), cy = p2.y() - q.y();
     const double a2 = ax * ax + ay * ay, b2 = bx * bx + by * by, c2 = cx * cx + cy * cy;
-    const double cxay = cx * ay, cyax = cy * ax, cybx = cy * bx, cxby = cx * by, byax = by * ax, bxay = bx * ay;
-    const double det = (cxay - cyax) * b2 + (cybx - cxby) * a2 + (byax - bxay) * c2;
-    const double permanent = (std::fabs(cyax) + std::fabs(cxay)) * b2 + (std::fabs(cxby) + std::fabs(cybx)) * a2 +
-                             (std::fabs(bxay) + std::fabs(byax)) * c2;
-    const double bound = permanent * 3.33e-15;
-    if (bound > 1e-200 && a2 + b2 + c2 < 1e60) {
+    const double det = (cx * ay - cy * ax) * b2 + (cy * bx - cx * by) * a2 + (by * ax - bx * ay) * c2;
+    const double m = a2 + b2 + c2;
+    const double bound = 1.2e-15 * m * m;
+    if (m > 1e-92 && m < 1e60) {
         if (det > bound)
             return ORI2_POSITIVE;
         if (det < -bound)
             return ORI2_NEGATIVE;
     }
-    return kUndecided;
+    return fineFilterInCircle(p0, p1, p2, q);
 }
 
 } // namespace ZELK_QUOR2D
