@@ -4,6 +4,7 @@
 #include "benchmarks/Measure.h"
 
 #include <memory>
+#include <utility>
 
 namespace bench
 {
@@ -28,6 +29,20 @@ inline Cost measureBatchInsertion(const std::vector<double>& vCoordinates)
                        return pDt;
                    },
                    [](const std::unique_ptr<ZELK_QUOR2D::Quor_2D>& pDt) { return pDt->numberOfTriangles(); });
+}
+
+/// The same, with the vertex of every point handed out.
+inline Cost measureBatchWithHandles(const std::vector<double>& vCoordinates)
+{
+    using Result = std::pair<std::unique_ptr<ZELK_QUOR2D::Quor_2D>, std::vector<ZELK_QUOR2D::Point2*>>;
+    return measure([&] { return toPoints(vCoordinates); },
+                   [](const std::vector<ZELK_QUOR2D::Point2>& vPoints) {
+                       Result result;
+                       result.first = std::make_unique<ZELK_QUOR2D::Quor_2D>();
+                       result.first->insert(vPoints, result.second);
+                       return result;
+                   },
+                   [](const Result& result) { return result.first->numberOfTriangles(); });
 }
 
 } // namespace bench

@@ -1,10 +1,10 @@
 // Are constraints forced in faster than by CGAL (Constrained_Delaunay_triangulation_2, Epick kernel, crossings
 // allowed)? Both run in turn, each run in a process of its own. Usage: cgal_constraints [rounds]
+#include "benchmarks/Comparison.h"
 #include "benchmarks/ConstraintJobs.h"
 
 #include <CGAL/Constrained_Delaunay_triangulation_2.h>
 #include <CGAL/Exact_predicates_inexact_constructions_kernel.h>
-#include <CGAL/version.h>
 
 namespace
 {
@@ -41,30 +41,21 @@ bench::Cost measureCgal(const bench::ConstraintJob& job)
         [](const std::unique_ptr<CgalTriangulation>& pDt) { return pDt->number_of_faces(); });
 }
 
-bool compare(const char* title, int rounds, const bench::ConstraintJob& job)
+void compare(bench::Comparison& comparison, const char* title, double target, const bench::ConstraintJob& job)
 {
-    bench::Series ours;
-    bench::Series cgal;
-    for (int round = 0; round < rounds; ++round) {
-        ours.add(bench::measureConstraints(job));
-        cgal.add(measureCgal(job));
-    }
-    std::printf("%-20s  %8.3f s  %8.3f s  %6.3f\n", title, ours.seconds(), cgal.seconds(),
-                ours.seconds() / cgal.seconds());
-    const bool bSame = ours.lastResult() == cgal.lastResult();
-    if (!bSame)
-        std::printf("the numbers of triangles differ: %.0f and %.0f\n", ours.lastResult(), cgal.lastResult());
-    return bSame;
+    comparison.sameResult(
+        title, target, job.numPoints(), [&] { return bench::measureConstraints(job); },
+        [&] { return measureCgal(job); });
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    const int rounds = argc > 1 ? std::max(1, std::atoi(argv[1])) : 5;
-    std::printf("Constraints, medians of %d rounds; CGAL %s\n", rounds, CGAL_VERSION_STR);
-    std::printf("%-20s  %10s  %10s  %6s\n", "", "Quor2D", "CGAL", "ratio");
-    bool bSame = compare("star polygon", rounds, bench::starPolygonJob(100000));
-    bSame = compare("long segments", rounds, bench::longSegmentsJob(200000, 2000)) && bSame;
-    return bSame ? EXIT_SUCCESS : EXIT_FAILURE;
+    bench::Comparison comparison(argc, argv);
+    compare(comparison, "constraints: polygon of 100k corners, 100k points inside", 0.85,
+            bench::starPolygonJob(100000));
+    compare(comparison, "constraints: 2,000 long segments among 200k points", 0.80,
+            bench::longSegmentsJob(200000, 2000));
+    return comparison.status();
 }

@@ -1,10 +1,11 @@
-// Is batch insertion of uniform points faster than CGAL's range insertion (Delaunay_triangulation_2, Epick kernel)?
-// Both run in turn, each run in a process of its own. Usage: cgal_insert [rounds [points...]]
+// Is batch insertion faster than CGAL's range insertion (Delaunay_triangulation_2, Epick kernel), on easy and on
+// awkward input? And what do handles cost? Usage: cgal_insert [rounds]
+#include "benchmarks/Comparison.h"
+#include "benchmarks/PointInputs.h"
 #include "benchmarks/QuorInsert.h"
 
 #include <CGAL/Delaunay_triangulation_2.h>
 #include <CGAL/Exact_predicates_inexact_constructions_kernel.h>
-#include <CGAL/version.h>
 
 namespace
 {
@@ -31,40 +32,29 @@ bench::Cost measureCgal(const std::vector<double>& vCoordinates)
         [](const std::unique_ptr<CgalTriangulation>& pDt) { return pDt->number_of_faces(); });
 }
 
-bool compare(std::size_t numPoints, int rounds)
+void compare(bench::Comparison& comparison, const char* job, double target, const std::vector<double>& vCoordinates)
 {
-    const std::vector<double> vCoordinates = bench::uniformCoordinates(numPoints);
-    bench::Series ours;
-    bench::Series cgal;
-    for (int round = 0; round < rounds; ++round) {
-        ours.add(bench::measureBatchInsertion(vCoordinates));
-        cgal.add(measureCgal(vCoordinates));
-    }
-    const auto n = static_cast<double>(numPoints);
-    std::printf("%10zu  %8.3f s  %8.3f s  %6.3f  %10.1f  %10.1f\n", numPoints, ours.seconds(), cgal.seconds(),
-                ours.seconds() / cgal.seconds(), ours.bytes() / n, cgal.bytes() / n);
-    const bool bSame = ours.lastResult() == cgal.lastResult();
-    if (!bSame)
-        std::printf("the numbers of triangles differ: %.0f and %.0f\n", ours.lastResult(), cgal.lastResult());
-    return bSame;
+    comparison.sameResult(
+        job, target, vCoordinates.size() / 2, [&] { return bench::measureBatchInsertion(vCoordinates); },
+        [&] { return measureCgal(vCoordinates); });
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    const int rounds = argc > 1 ? std::max(1, std::atoi(argv[1])) : 5;
-    std::vector<std::size_t> vSizes;
-    for (int i = 2; i < argc; ++i)
-        vSizes.push_back(std::strtoull(argv[i], nullptr, 10));
-    if (vSizes.empty())
-        vSizes = {1000000, 4000000};
-
-    std::printf("Batch insertion of uniform points, medians of %d rounds; CGAL %s; peak bytes per point\n", rounds,
-                CGAL_VERSION_STR);
-    std::printf("%10s  %10s  %10s  %6s  %10s  %10s\n", "points", "Quor2D", "CGAL", "ratio", "Quor2D B/pt", "CGAL B/pt");
-    bool bSame = true;
-    for (const std::size_t numPoints : vSizes)
-        bSame = compare(numPoints, rounds) && bSame;
-    return bSame ? EXIT_SUCCESS : EXIT_FAILURE;
+    bench::Comparison comparison(argc, argv);
+    const std::vector<double> vUniform = bench::uniformCoordinates(1000000);
+    compare(comparison, "batch: uniform, 1M", 0.55, vUniform);
+    compare(comparison, "batch: uniform, 4M", 0.55, bench::uniformCoordinates(4000000));
+    compare(comparison, "batch: grid, 1000 × 1000", 0.62, bench::gridCoordinates(1000));
+    compare(comparison, "batch: 1000 clusters of 1000", 0.60, bench::clusterCoordinates(1000, 1000, 1e-3));
+    compare(comparison, "batch: dense cluster, 1M", 0.70, bench::denseClusterCoordinates(1000000));
+    compare(comparison, "batch: circle, 100k", 1.1, bench::circleCoordinates(100000));
+    compare(comparison, "batch: parabola, 100k", 2.0, bench::parabolaCoordinates(100000));
+    comparison.sameResult(
+        "batch with handles, against without: uniform, 1M", 1.15, 1000000,
+        [&] { return bench::measureBatchWithHandles(vUniform); },
+        [&] { return bench::measureBatchInsertion(vUniform); });
+    return comparison.status();
 }

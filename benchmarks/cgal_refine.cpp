@@ -1,6 +1,7 @@
 // Is refinement faster than CGAL's (Delaunay_mesher_2, Delaunay_mesh_size_criteria_2, Epick kernel), and how many
 // triangles do both make for the same bounds? Both run in turn, each run in a process of its own.
 // Usage: cgal_refine [rounds]
+#include "benchmarks/Comparison.h"
 #include "benchmarks/RefineJobs.h"
 
 #include <CGAL/Constrained_Delaunay_triangulation_2.h>
@@ -9,7 +10,6 @@
 #include <CGAL/Delaunay_mesh_vertex_base_2.h>
 #include <CGAL/Delaunay_mesher_2.h>
 #include <CGAL/Exact_predicates_inexact_constructions_kernel.h>
-#include <CGAL/version.h>
 
 #include <limits>
 
@@ -48,36 +48,23 @@ bench::Cost measureCgal(const bench::RefineJob& job)
         });
 }
 
-void compare(const char* title, int rounds, const bench::RefineJob& job)
+void compare(bench::Comparison& comparison, const std::string& region, const bench::RefineJob& job)
 {
-    bench::Series ours;
-    bench::Series cgal;
-    for (int round = 0; round < rounds; ++round) {
-        ours.add(bench::measureRefinement(job));
-        cgal.add(measureCgal(job));
-    }
-    const double perMillion = ours.seconds() / ours.lastResult() * 1e6;
-    const double cgalPerMillion = cgal.seconds() / cgal.lastResult() * 1e6;
-    std::printf("%-28s %4.0f  %8g  %8.0f  %8.0f  %6.2f  %8.3f s  %8.3f s  %6.3f  %6.3f\n", title, job.angleDegree,
-                job.maxEdge, ours.lastResult(), cgal.lastResult(), ours.lastResult() / cgal.lastResult(), perMillion,
-                cgalPerMillion, perMillion / cgalPerMillion, ours.seconds() / cgal.seconds());
+    comparison.perTriangle(
+        "refinement: " + region + ", " + std::to_string(static_cast<int>(job.angleDegree)) + " degrees", 0.20,
+        [&] { return bench::measureRefinement(job); }, [&] { return measureCgal(job); });
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    const int rounds = argc > 1 ? std::max(1, std::atoi(argv[1])) : 5;
-    std::printf("Refinement, medians of %d rounds; CGAL %s. Seconds per million triangles made.\n", rounds,
-                CGAL_VERSION_STR);
-    std::printf("%-28s %4s  %8s  %8s  %8s  %6s  %10s  %10s  %6s  %6s\n", "region", "deg", "edges to", "Quor2D", "CGAL",
-                "ratio", "Quor2D s/M", "CGAL s/M", "per M", "total");
+    bench::Comparison comparison(argc, argv);
+    const auto vStar = bench::starPolygon(2000);
     for (const double angle : {20.0, 27.0, 30.0}) {
-        compare("unit square", rounds, {bench::unitSquare(), angle, 0.0032});
-        compare("star polygon, 200 corners", rounds, {bench::starPolygon(200), angle, 0.006});
-        compare("star polygon, 2000 corners", rounds, {bench::starPolygon(2000), angle, 0.0065});
-        compare("the same without edge bound", rounds,
-                {bench::starPolygon(2000), angle, std::numeric_limits<double>::infinity()});
+        compare(comparison, "unit square", {bench::unitSquare(), angle, 0.0032});
+        compare(comparison, "star of 2,000 corners", {vStar, angle, 0.0065});
+        compare(comparison, "the star without edge bound", {vStar, angle, std::numeric_limits<double>::infinity()});
     }
-    return EXIT_SUCCESS;
+    return comparison.status();
 }

@@ -49,7 +49,6 @@ int main(int argc, char** argv)
 {
     const int rounds = argc > 1 ? std::max(1, std::atoi(argv[1])) : 5;
     const char* const aTitles[] = {"inside of a polygon", "union of two", "difference of two", "all triangles"};
-    std::printf("Triangles of zones among 1,000,000 points, medians of %d rounds\n", rounds);
     std::streambuf* const pConsole = std::cout.rdbuf(nullptr); // crossings are reported
     for (const std::size_t numCorners : {100, 10000})
         for (std::size_t zone = 0; zone < 4; ++zone) {
@@ -62,7 +61,7 @@ int main(int argc, char** argv)
                                               return vTriangles;
                                           },
                                           [](const std::vector<Triangle2*>& vTriangles) { return vTriangles.size(); }));
-            std::printf("%-20s  %6zu corners  %8.0f triangles  %7.4f s  %6.3f us/triangle\n", aTitles[zone], numCorners,
+            std::printf("| %s, 1M points, %zu corners | %.0f | %.4f | %.3f | 0.15 |\n", aTitles[zone], numCorners,
                         series.lastResult(), series.seconds(), series.seconds() / series.lastResult() * 1e6);
         }
     std::cout.rdbuf(pConsole);

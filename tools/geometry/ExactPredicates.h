@@ -13,8 +13,8 @@ int orientation(const Coord& a, const Coord& b, const Coord& c);
 /// order, -1 outside, 0 on it.
 int inCircle(const Coord& a, const Coord& b, const Coord& c, const Coord& d);
 
-/// The point where the lines through a, b and c, d meet, computed exactly and then rounded to doubles. The lines must not
-/// be parallel.
+/// The point where the lines through a, b and c, d meet, computed exactly and then rounded to doubles. The lines must
+/// not be parallel.
 Coord lineCrossing(const Coord& a, const Coord& b, const Coord& c, const Coord& d);
 
 /// True where p lies within the box of a and b; together with a zero orientation, on the segment.
