@@ -1,5 +1,6 @@
 // The library at work on real data, step by step: triangulates the coast of Greece, mainland and islands; cuts a hole
 // by removing points; forces the coast lines into the mesh. Usage: demo [data folder [output folder]]
+#include "Outlines.h"
 #include "Quor_2D.h"
 
 #include <algorithm>
@@ -7,10 +8,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
 #include <iostream>
-#include <locale>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -19,59 +17,13 @@ using namespace ZELK_QUOR2D;
 namespace
 {
 
-// Outlines as closed rings of points; land lies to the left of each ring. Point i has the custom index i.
-struct Coast {
-    std::vector<Point2> vPoints;
-    std::vector<int> vRingOfPoint;
-    int numRings = 0;
-};
-
 double secondsSince(std::chrono::steady_clock::time_point start)
 {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-// Reads lines "longitude latitude"; empty lines separate the rings, "#" begins a comment.
-Coast readCoast(const std::string& filename)
-{
-    Coast coast;
-    std::ifstream file(filename);
-    bool bNewRing = true;
-    for (std::string line; std::getline(file, line);) {
-        double longitude = 0;
-        double latitude = 0;
-        std::istringstream text(line);
-        text.imbue(std::locale::classic());
-        if (!(text >> longitude >> latitude)) {
-            bNewRing = true;
-            continue;
-        }
-        coast.numRings += bNewRing ? 1 : 0;
-        bNewRing = false;
-        coast.vPoints.emplace_back(longitude, latitude);
-        coast.vPoints.back().setCustomIndex(static_cast<int>(coast.vPoints.size()) - 1);
-        coast.vRingOfPoint.push_back(coast.numRings - 1);
-    }
-    return coast;
-}
-
-// From degrees to kilometres around the middle of the data, so that distances and angles mean something.
-void projectToKilometres(std::vector<Point2>& vPoints)
-{
-    const Bbox2 box(vPoints.begin(), vPoints.end());
-    const double middleX = 0.5 * (box.get_minX() + box.get_maxX());
-    const double middleY = 0.5 * (box.get_minY() + box.get_maxY());
-    const double kilometresPerDegree = 111.2;
-    const double shrink = std::cos(middleY * 3.14159265358979 / 180);
-    for (Point2& p : vPoints) {
-        const int index = p.getCustomIndex();
-        p = Point2((p.x() - middleX) * shrink * kilometresPerDegree, (p.y() - middleY) * kilometresPerDegree);
-        p.setCustomIndex(index);
-    }
-}
-
 // A triangle between points of one ring lies on the land side when it meets them in the ring's own order.
-bool isLand(const Triangle2& triangle, const Coast& coast)
+bool isLand(const Triangle2& triangle, const Outlines& coast)
 {
     const int i = triangle.getCorner(0)->getCustomIndex();
     const int j = triangle.getCorner(1)->getCustomIndex();
@@ -98,7 +50,7 @@ Color fillColor(const Triangle2& triangle, bool bLand)
     return Color(0.30 + 0.56 * step, 0.53 + 0.39 * step, 0.72 + 0.25 * step, 0.05, true);
 }
 
-void drawMesh(const std::vector<Triangle2*>& vTriangles, const Coast& coast, const std::string& filename)
+void drawMesh(const std::vector<Triangle2*>& vTriangles, const Outlines& coast, const std::string& filename)
 {
     const Color landEdge(0.45, 0.42, 0.22, 0.06, false);
     const Color seaEdge(0.35, 0.52, 0.68, 0.06, false);
@@ -113,7 +65,7 @@ void drawMesh(const std::vector<Triangle2*>& vTriangles, const Coast& coast, con
 }
 
 // Removes every point inside a circle around the middle of the map and draws what closes the gap.
-bool cutHole(const Coast& coast, const std::string& filename)
+bool cutHole(const Outlines& coast, const std::string& filename)
 {
     Quor_2D dt;
     dt.insert(coast.vPoints);
@@ -131,30 +83,21 @@ bool cutHole(const Coast& coast, const std::string& filename)
     return dt.checkValidity(true, "hole");
 }
 
-std::vector<Segment2> coastLines(const Coast& coast)
+// Every piece of coast becomes an edge; the page shows them in red. The outline of the mainland crosses itself in the
+// mouth of a creek, where the source was rounded: the library reports that, and puts a vertex there.
+bool forceCoastLines(const Outlines& coast, const std::string& filename)
 {
     std::vector<Segment2> vSegments;
-    const std::size_t n = coast.vPoints.size();
-    for (std::size_t first = 0, i = 0; i < n; ++i) {
-        const bool bLastOfRing = i + 1 == n || coast.vRingOfPoint[i + 1] != coast.vRingOfPoint[i];
-        vSegments.emplace_back(coast.vPoints[i], coast.vPoints[bLastOfRing ? first : i + 1]);
-        if (bLastOfRing)
-            first = i + 1;
-    }
-    return vSegments;
-}
-
-// Every piece of coast becomes an edge; the page shows them in red.
-bool forceCoastLines(const Coast& coast, const std::string& filename)
-{
-    const std::vector<Segment2> vSegments = coastLines(coast);
+    for (const std::vector<Segment2>& vRing : segmentsOfRings(coast))
+        vSegments.insert(vSegments.end(), vRing.begin(), vRing.end());
     Quor_2D dt;
     dt.insert(coast.vPoints);
+    std::cout << "\nForcing the coast lines in. Two pieces cross where the data were rounded: the library says so, "
+                 "and splits both.\n";
     const auto start = std::chrono::steady_clock::now();
     ConstraintGraph2* pGraph = dt.createConstraint(vSegments, CIS_CONSTRAINED_DELAUNAY);
     dt.applyConstraintsAndZones();
-    std::cout << "\nForced " << vSegments.size() << " pieces of coast into the mesh in " << secondsSince(start)
-              << " s\n";
+    std::cout << "Forced " << vSegments.size() << " pieces of coast into the mesh in " << secondsSince(start) << " s\n";
     dt.show(filename);
     std::vector<ConstraintSegment2*> vPieces;
     pGraph->getOriginalConstraintSegments(vPieces);
@@ -170,12 +113,12 @@ int main(int argc, char** argv)
     const std::string input = std::string(argc > 1 ? argv[1] : "examples/data") + "/greece.txt";
     const std::string output = std::string(argc > 2 ? argv[2] : ".") + "/greece";
 
-    Coast coast = readCoast(input);
+    Outlines coast = readOutlines(input);
     if (coast.vPoints.empty()) {
         std::fprintf(stderr, "demo: no points in %s\n", input.c_str());
         return EXIT_FAILURE;
     }
-    projectToKilometres(coast.vPoints);
+    projectToKilometres(coast);
     std::cout << "Read " << coast.vPoints.size() << " points of " << coast.numRings << " coast lines from " << input
               << "\n";
 

@@ -30,7 +30,7 @@ def read(path):
         points = []
         for i in indices:
             points += (arcs[i] if i >= 0 else arcs[~i][::-1])[:-1]
-        return points
+        return without_spikes(points)
 
     polygons = {}
     for collection in topology["objects"].values():
@@ -39,6 +39,16 @@ def read(path):
             nested = [geometry["arcs"]] if geometry["type"] == "Polygon" else geometry.get("arcs", [])
             polygons.setdefault(name, []).extend([[ring(r) for r in polygon] for polygon in nested])
     return polygons
+
+
+def without_spikes(ring):
+    """Leaves out points where rounding made the outline turn round and go back on itself."""
+    def is_tip(a, p, b):
+        ax, ay, bx, by = p[0] - a[0], p[1] - a[1], b[0] - p[0], b[1] - p[1]
+        return abs(ax * by - ay * bx) < 1e-12 and ax * bx + ay * by < 0
+
+    n = len(ring)
+    return [p for i, p in enumerate(ring) if not is_tip(ring[i - 1], p, ring[(i + 1) % n])]
 
 
 def area(ring):
@@ -78,7 +88,7 @@ def main():
 
     # A lake is a hole of its continent; its islands are land inside that hole.
     lake = next(r for p in land for r in p[1:] if contains(r, CASPIAN_POINT))
-    islands = [p[0] for p in land if contains(lake, p[0][0])]
+    islands = [p[0] for p in land if p[0] and contains(lake, p[0][0])]
     write("caspian_sea", "Caspian Sea, a lake and its islands", [lake], islands)
 
 
