@@ -45,6 +45,7 @@ set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
 install(FILES README.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/libquor2d-dev COMPONENT development EXCLUDE_FROM_ALL)
 install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/libquor2d-dev COMPONENT development
         EXCLUDE_FROM_ALL FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN "*.cpp" PATTERN "*.h" PATTERN "*.txt"
+        PATTERN "*.geojson" PATTERN "*.csv"
         PATTERN CMakeLists.txt EXCLUDE)
 
 if(TARGET quor2d_command)

@@ -1,12 +1,14 @@
 #!/usr/bin/env python3
-"""Cuts the outlines in this folder out of Natural Earth's country polygons.
+"""Cuts the outlines in this folder out of Natural Earth's country polygons, and the cities out of a table of time zones.
 
-    extract.py countries-10m.json land-10m.json
+    extract.py countries-10m.json land-10m.json zone1970.tab
 
-The two files are the TopoJSON editions of Natural Earth 4.1.0 at 1:10 million that the npm package world-atlas 2.0.2
-carries. README.md in this folder tells the format of the output.
+The first two files are the TopoJSON editions of Natural Earth 4.1.0 at 1:10 million that the npm package world-atlas
+2.0.2 carries, the third belongs to the tz database (Debian package tzdata). README.md in this folder tells the format of
+the output.
 """
 import json
+import re
 import sys
 from pathlib import Path
 
@@ -78,6 +80,36 @@ def write(name, title, outer, holes):
     print(f"{path.name}: {sum(map(len, rings))} points, {len(rings)} rings, {len(holes)} of them holes")
 
 
+def write_geojson(name, features):
+    """features: a name and a list of polygons, which are lists of rings, for each"""
+    lines = []
+    for title, polygons in features:
+        rings = [[turned(r, i == 0) for i, r in enumerate(polygon)] for polygon in polygons]
+        geometry = {"type": "MultiPolygon", "coordinates": [[r + r[:1] for r in polygon] for polygon in rings]}
+        feature = {"type": "Feature", "properties": {"name": title}, "geometry": geometry}
+        lines.append(json.dumps(feature, separators=(",", ":")))
+    text = '{"type":"FeatureCollection","features":[\n' + ",\n".join(lines) + "\n]}\n"
+    Path(__file__).with_name(name + ".geojson").write_text(text)
+
+
+def write_cities(table):
+    """The principal place of each time zone; the table gives degrees, minutes and perhaps seconds."""
+
+    def degrees(sign, digits, count):
+        parts = [digits[:count], digits[count:count + 2], digits[count + 2:] or "0"]
+        return (-1 if sign == "-" else 1) * sum(int(p) / 60**i for i, p in enumerate(parts))
+
+    lines = ["name,longitude,latitude"]
+    for line in Path(table).read_text().splitlines():
+        if line.startswith("#"):
+            continue
+        _, place, zone = line.split("\t")[:3]
+        ns, latitude, ew, longitude = re.fullmatch(r"([+-])(\d+)([+-])(\d+)", place).groups()
+        name = zone.split("/")[-1].replace("_", " ")
+        lines.append(f"{name},{degrees(ew, longitude, 3):.4f},{degrees(ns, latitude, 2):.4f}")
+    Path(__file__).with_name("cities.csv").write_text("\n".join(lines) + "\n")
+
+
 def main():
     countries, land = read(sys.argv[1]), read(sys.argv[2])["land"]
     for country in COUNTRIES:
@@ -90,6 +122,11 @@ def main():
     lake = next(r for p in land for r in p[1:] if contains(r, CASPIAN_POINT))
     islands = [p[0] for p in land if p[0] and contains(lake, p[0][0])]
     write("caspian_sea", "Caspian Sea, a lake and its islands", [lake], islands)
+
+    write_geojson("caspian_sea", [("Caspian Sea", [[lake] + islands])])
+    alps = ["Switzerland", "Liechtenstein", "Austria"]
+    write_geojson("alps", [(country, countries[country]) for country in alps])
+    write_cities(sys.argv[3])
 
 
 if __name__ == "__main__":
