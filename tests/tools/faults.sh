@@ -50,6 +50,29 @@ fault_of "$work: Is a directory" "$quor2d" info "$work" --input-format wkt
 fault_of "missing/a.obj: No such file or directory" "$quor2d" mesh points.xy -o missing/a.obj
 fault_of "standard input:1: y is missing" "$quor2d" info - --input-format points < <(echo 1)
 fault_of "/dev/full: No space left on device" "$quor2d" triangulate points.xy -q -o a.obj /dev/full --format obj
+cat >large.msh <<'END'
+$MeshFormat
+4.1 0 8
+$EndMeshFormat
+$Entities
+0 1 0 0
+1 0 0 0 1 0 0 1 9000000000000000000 0
+$EndEntities
+$Nodes
+1 2 1 2
+1 1 0 2
+1
+2
+0 0 0
+1 0 0
+$EndNodes
+$Elements
+1 1 1 1
+1 1 1 1
+1 1 2
+$EndElements
+END
+fault_of "large.msh:19: the physical group 9e+18 of a line is too large" "$quor2d" check large.msh
 if [ "$(id -u)" != 0 ]; then
     touch locked.obj unreadable.xy && chmod a-rw locked.obj unreadable.xy
     fault_of "locked.obj: Permission denied" "$quor2d" triangulate points.xy -o locked.obj

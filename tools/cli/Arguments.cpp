@@ -86,6 +86,7 @@ public:
         app.set_help_flag("-h,--help", "Print this help and exit");
         app.footer(examplesText(""));
         app.add_flag("--print-manual")->group("");
+        app.add_flag("--print-markdown")->group("");
         app.add_flag("--print-completion")->group("");
         addMesh();
         addTriangulate();
@@ -98,6 +99,8 @@ public:
         for (int i = 1; i < argc; ++i) { // used by the build, without a command
             if (std::string(argv[i]) == "--print-manual")
                 return printed(manualPage(app, kVersion));
+            if (std::string(argv[i]) == "--print-markdown")
+                return printed(manualMarkdown(app));
             if (std::string(argv[i]) == "--print-completion")
                 return printed(bashCompletion(app));
         }

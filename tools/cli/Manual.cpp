@@ -4,6 +4,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <sstream>
 
 namespace quor2d_tool
 {
@@ -41,7 +42,10 @@ constexpr const char* kDescription =
     "1; where features overlap the later one wins. Region points of a .poly file number what the segments enclose "
     "around them.\n\n"
     "Vertices keep their number in the input, edges the marker or the feature of their segment, wherever the format "
-    "has a place for them.";
+    "has a place for them.\n\n"
+    "Results go to files or standard output, everything else to standard error: reports of the library, notes, and on "
+    "a "
+    "terminal the progress of steps that take longer than a second.";
 
 constexpr const char* kExitStatus[][2] = {
     {"0", "The command did what was asked; a checked mesh is valid and Delaunay."},
@@ -109,10 +113,26 @@ std::string optionsManual(const CLI::App& app)
     return text;
 }
 
+std::vector<const CLI::App*> allCommands(const CLI::App& app)
+{
+    return app.get_subcommands([](const CLI::App*) { return true; });
+}
+
+// "input, output"
+std::string usesText(const FormatInfo& info)
+{
+    std::string uses;
+    for (const auto& [bUse, pUse] :
+         {std::make_pair(info.bScene, "input"), {info.bMesh, "input of check"}, {info.bOutput, "output"}})
+        if (bUse)
+            uses += (uses.empty() ? "" : ", ") + std::string(pUse);
+    return uses;
+}
+
 std::string commandsManual(const CLI::App& app)
 {
     std::string text = ".SH COMMANDS\n";
-    for (const CLI::App* pCommand : app.get_subcommands([](const CLI::App*) { return true; })) {
+    for (const CLI::App* pCommand : allCommands(app)) {
         bool bOutput = pCommand->get_option_no_throw("--output") != nullptr;
         text += ".SS quor2d " + pCommand->get_name() + " INPUT" + (bOutput ? " \\-o OUTPUT..." : "") + " [OPTIONS]\n";
         text += roff(pCommand->get_description()) + ".\n" + optionsManual(*pCommand);
@@ -123,15 +143,9 @@ std::string commandsManual(const CLI::App& app)
 std::string formatsManual()
 {
     std::string text = ".SH FORMATS\n";
-    for (const FormatInfo& info : allFormats()) {
-        std::string uses;
-        for (const auto& [bUse, pUse] :
-             {std::make_pair(info.bScene, "input"), {info.bMesh, "input of check"}, {info.bOutput, "output"}})
-            if (bUse)
-                uses += (uses.empty() ? "" : ", ") + std::string(pUse);
-        text += ".TP\n\\fB" + roff(info.pName) + "\\fR \\fI" + roff(info.pExtensions) + "\\fR(" + uses + ")\n" +
-                roff(info.pDescription) + ".\n";
-    }
+    for (const FormatInfo& info : allFormats())
+        text += ".TP\n\\fB" + roff(info.pName) + "\\fR \\fI" + roff(info.pExtensions) + "\\fR(" + usesText(info) +
+                ")\n" + roff(info.pDescription) + ".\n";
     return text;
 }
 
@@ -141,6 +155,50 @@ std::string paragraphs(const std::string& text)
     for (std::size_t i = result.find("\n\n"); i != std::string::npos; i = result.find("\n\n", i))
         result.replace(i, 2, "\n.PP\n"); // each turn removes an empty line
     return result + "\n";
+}
+
+// Lines of at most 120 characters; those after the first are indented.
+std::string wrapped(const std::string& text, const std::string& indent)
+{
+    constexpr std::size_t kWidth = 120;
+    std::string result;
+    std::size_t length = 0;
+    std::istringstream words(text);
+    for (std::string word; words >> word;) {
+        if (length > 0 && length + 1 + word.size() > kWidth) {
+            result += '\n' + indent;
+            length = indent.size();
+        } else if (length > 0) {
+            result += ' ';
+            ++length;
+        }
+        result += word;
+        length += word.size();
+    }
+    return result + "\n";
+}
+
+std::string optionsMarkdown(const CLI::App& app)
+{
+    std::string text;
+    for (const CLI::Option* pOption : shownOptions(app)) {
+        std::string type = pOption->get_items_expected_max() > 0 ? pOption->get_type_name() : "";
+        std::string line = "- `" + optionNames(*pOption) + (type.empty() ? "" : " " + type) + "`: ";
+        line += pOption->get_description();
+        if (!pOption->get_default_str().empty())
+            line += " (by default " + pOption->get_default_str() + ")";
+        text += wrapped(line + ".", "  ");
+    }
+    return text;
+}
+
+std::string examplesMarkdown(const std::string& command)
+{
+    std::string text = "\n```sh\n";
+    for (const Example& example : kExamples)
+        if (command == example.pCommand)
+            text += std::string("# ") + example.pMeaning + "\n" + example.pLine + "\n";
+    return text + "```\n";
 }
 
 std::string joined(const std::vector<std::string>& vWords)
@@ -201,6 +259,34 @@ std::string manualPage(const CLI::App& app, const std::string& version)
     return text;
 }
 
+std::string manualMarkdown(const CLI::App& app)
+{
+    std::string text = "# The command quor2d\n\nTriangulates points and lines, meshes polygons, checks meshes:\n\n```\n"
+                       "quor2d COMMAND INPUT [-o OUTPUT...] [OPTIONS]\n```\n\n";
+    std::istringstream description(kDescription);
+    for (std::string line; std::getline(description, line);)
+        text += wrapped(line, "");
+    text += "\nWhat the formats hold, with an example of each, is told in [formats](formats.md).\n";
+    for (const CLI::App* pCommand : allCommands(app)) {
+        bool bOutput = pCommand->get_option_no_throw("--output") != nullptr;
+        text += "\n## quor2d " + pCommand->get_name() + " INPUT" + (bOutput ? " -o OUTPUT..." : "") + "\n\n" +
+                pCommand->get_description() + ".\n\n" + optionsMarkdown(*pCommand) +
+                examplesMarkdown(pCommand->get_name());
+    }
+    text += "\n## Without a command\n\n" + optionsMarkdown(app) + "\n## Formats\n\n| Name | Extensions | Use | |\n" +
+            "| --- | --- | --- | --- |\n";
+    for (const FormatInfo& info : allFormats()) {
+        std::string extensions = info.pExtensions;
+        extensions.pop_back();
+        text += std::string("| `") + info.pName + "` | `" + extensions + "` | " + usesText(info) + " | " +
+                info.pDescription + " |\n";
+    }
+    text += "\n## Exit status\n\n";
+    for (const auto& status : kExitStatus)
+        text += wrapped(std::string("- ") + status[0] + ": " + status[1], "  ");
+    return text + "\nThis page, the manual page and `--help` come from one source.\n";
+}
+
 std::string bashCompletion(const CLI::App& app)
 {
     std::vector<std::string> vCommands;
@@ -209,7 +295,7 @@ std::string bashCompletion(const CLI::App& app)
     for (const CLI::Option* pOption : shownOptions(app))
         vGeneral.push_back("--" + pOption->get_lnames().front());
     std::vector<std::string> vSeen;
-    for (const CLI::App* pCommand : app.get_subcommands([](const CLI::App*) { return true; })) {
+    for (const CLI::App* pCommand : allCommands(app)) {
         vCommands.push_back(pCommand->get_name());
         std::vector<std::string> vOptions;
         for (const CLI::Option* pOption : shownOptions(*pCommand)) {

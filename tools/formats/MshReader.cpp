@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <cmath>
 #include <map>
 #include <utility>
 
@@ -202,6 +203,8 @@ private:
             vNumbers.push_back(number);
         } else if (type == kLine) {
             std::uint32_t from = node();
+            if (std::abs(number) > INT_MAX)
+                lines.fail("the physical group " + plainNumberText(number) + " of a line is too large");
             mesh.vEdges.push_back({from, node(), static_cast<int>(number), true});
         } else if (type != kPoint) {
             lines.fail("elements of the type " + std::to_string(type) + " where triangles are expected");
