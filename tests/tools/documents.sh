@@ -1,6 +1,6 @@
 #!/bin/bash
-# Documentation that says something else than the command does: the manual, the files shown in docs/formats.md, and the
-# commands in README.md and docs/refinement.md.
+# Documentation that says something else than the command does: the manual, the files shown in docs/formats.md, the
+# commands in README.md and docs/refinement.md, and what bash offers to complete.
 # shellcheck source=tests/tools/lib.sh
 . "$(dirname "$0")/lib.sh"
 
@@ -44,4 +44,22 @@ for document in README.md docs/refinement.md; do
     [ -n "$commands" ] || complain "no commands in $document"
     run "$commands"
 done
+
+# completes <wanted> <word...>: what is offered for the last word.
+completes() {
+    local wanted=$1
+    shift
+    COMP_WORDS=("$@") COMP_CWORD=$(($# - 1)) COMPREPLY=()
+    _quor2d
+    equals "completion of '$*'" "${COMPREPLY[*]}" "$wanted"
+}
+"$quor2d" --print-completion >completion
+# shellcheck source=/dev/null
+. ./completion
+completes mesh quor2d me
+completes "--min-angle --max-edge --min-edge" quor2d mesh --m
+completes "outside inside all" quor2d mesh park.geojson --keep ""
+completes "vtu" quor2d mesh park.geojson --format v
+completes park.geojson quor2d info park.g
+completes "" quor2d mesh --max-edge p
 finish

@@ -13,7 +13,7 @@ for arguments in "" "frob points.xy" "mesh" "mesh points.xy" "mesh points.xy -o 
     "mesh points.xy -o a.obj --max-edge 1 --min-edge 2" "mesh points.xy -o a.obj --keep some" \
     "triangulate - -o a.obj" "triangulate points.xy -o -" "triangulate points.xy -o a.wkt" "check points.xy" \
     "triangulate points.xy -o - --format obj --stats json" "triangulate points.xy -o - - --format obj" \
-    "info points.xy --stats xml" "info a.vtu" "check - --input-format ele"; do
+    "info points.xy --stats xml" "info a.vtu" "check - --input-format ele" "info /"; do
     # shellcheck disable=SC2086
     expect 2 "$quor2d" $arguments
     [ -s out ] && complain "usage on standard output: $arguments"
@@ -43,6 +43,8 @@ printf '1 2\n3 nan\n' >nan.xy
 : >empty.xy
 fault_of "nan.xy:2: y 'nan' is not a finite number" "$quor2d" mesh nan.xy -o a.obj
 fault_of "empty.xy: holds no points" "$quor2d" info empty.xy
+: >empty.node
+fault_of "empty.node: file ends where the number of points is expected" "$quor2d" info empty.node
 fault_of "missing.xy: No such file or directory" "$quor2d" triangulate missing.xy -o a.vtu
 fault_of "line.xy: all points lie on one line: no triangles" "$quor2d" triangulate line.xy -o a.obj b.svg
 fault_of "open.wkt: nothing lies inside" "$quor2d" mesh open.wkt -o a.obj

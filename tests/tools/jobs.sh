@@ -1,5 +1,5 @@
 #!/bin/bash
-# Realistic jobs from each kind of input to each kind of output. Every mesh is checked by 'quor2d check', and its area
+# Realistic jobs, and each kind of input to each kind of output. Every mesh is checked by 'quor2d check', and its area
 # and counts against what is known of the input.
 # shellcheck source=tests/tools/lib.sh
 . "$(dirname "$0")/lib.sh"
@@ -194,4 +194,39 @@ equals "crossings of the coast" "$(stat_of crossings)" 1
 expect 0 "$quor2d" check greece.geojson.msh
 expect 0 "$quor2d" info greece.geojson --stats json
 equals "rings of the coast" "$(stat_of rings)" 74
+
+# ---- 12. the sample files as they are: cities of the world as a net in a browser, neighbours by name for Gmsh
+mesh_stats triangulate "$samples/cities.csv" -o world/ world.msh
+equals "cities" "$(stat_of vertices)" 312
+expect 0 "$quor2d" check world.msh
+mesh_stats mesh "$samples/alps.geojson" --max-edge 0.5 -o named.msh
+holds named.msh '2 2 "Liechtenstein"'
+mesh_stats mesh "$samples/caspian_sea.geojson" --min-angle 28 -o sea.ps
+near "area of the sea" "$(stat_of total_area)" "$(area_of "$samples/caspian_sea")"
+
+# ---- 13. one square in every kind of input, to every kind of output: always the same mesh
+printf '0 0\n2 0\n2 1\n0 1\n' >square.txt
+printf 'y,x\n0,0\n0,2\n1,2\n1,0\n' >square.csv
+printf '0\t0\n2\t0\n2\t1\n0\t1\n' >square.xy
+printf '0;0;5\n2;0;5\n2;1;5\n0;1;5\n' >square.xyz
+printf '4 2 0 0\n0 0 0\n1 2 0\n2 2 1\n3 0 1\n' >square.node
+printf '0 2 0 0\n4 0\n0 0 1\n1 1 2\n2 2 3\n3 3 0\n0\n' >square.poly
+printf '{"type":"Polygon","coordinates":[[[0,0],[2,0],[2,1],[0,1],[0,0]]]}' | tee square.json >square.geojson
+printf 'polygon ((0 0, 2 0, 2 1, 0 1, 0 0))' >square.wkt
+printf 'v 0 0\nv 2 0\nv 2 1\nv 0 1\nf 1 2 3 4\n' >square.obj
+for input in square.*; do
+    mkdir "from.$input" && cd "from.$input" || exit 1
+    mesh_stats triangulate "../$input" -o m.obj m.node m.edge m.poly m.geojson m.msh m.vtu m.ps m.eps m.svg scene/
+    equals "triangles from $input" "$(stat_of triangles)" 2
+    near "area from $input" "$(stat_of total_area)" 2
+    for output in m.ele m.edge m.poly m.vtu m.ps m.eps m.svg scene/index.html scene/3d.obj; do
+        [ -s "$output" ] || complain "no $output from $input"
+    done
+    for mesh in m.obj m.ele m.geojson m.msh; do
+        expect 0 "$quor2d" check "$mesh" --stats json
+        equals "triangles in $mesh from $input" "$(stat_of triangles)" 2
+        near "area in $mesh from $input" "$(stat_of total_area)" 2
+    done
+    cd .. || exit 1
+done
 finish

@@ -272,6 +272,8 @@ private:
         const FormatInfo* pInfo = inputFormat.empty() ? formatByExtension(arguments.input) : formatByName(inputFormat);
         if (!pInfo && arguments.input == "-")
             throw CLI::ValidationError("standard input needs --input-format");
+        if (inputFormat.empty() && (!pInfo || pInfo->format == Format::WebScene) && isDirectory(arguments.input))
+            throw CLI::ValidationError("'" + arguments.input + "' is a directory");
         if (!pInfo)
             throw CLI::ValidationError("the name of '" + arguments.input +
                                        "' does not tell its format; say it with --input-format");

@@ -14,8 +14,9 @@ class FileError : public std::runtime_error
 public:
     FileError(const std::string& file, const std::string& reason) : std::runtime_error(file + ": " + reason) {}
 
+    /// Line 0 is before the first one: the file is empty.
     FileError(const std::string& file, std::size_t line, const std::string& reason)
-        : std::runtime_error(file + ":" + std::to_string(line) + ": " + reason)
+        : std::runtime_error(file + (line > 0 ? ":" + std::to_string(line) : "") + ": " + reason)
     {
     }
 };
