@@ -104,6 +104,23 @@ equals "status after a signal" $? 143
 exec 3<&-
 compgen -G '.early*' >/dev/null && complain "early.obj is left after a signal"
 
+# ---- progress on a terminal only, for steps over a second
+slow_input() {
+    sleep 1.5
+    cat points.xy
+}
+if command -v script >/dev/null; then
+    export -f slow_input
+    SHELL=/bin/bash script -qec "slow_input | '$quor2d' triangulate - --input-format points -o a.obj" typescript \
+        </dev/null >/dev/null
+    holds typescript "reading, 1 s"
+    SHELL=/bin/bash script -qec "'$quor2d' triangulate points.xy -o a.obj" typescript </dev/null >/dev/null
+    holds typescript "1 triangles, 3 vertices"
+    grep -q "reading" typescript && complain "progress of a short step: $(cat typescript)"
+fi
+expect 0 "$quor2d" triangulate - --input-format points -o a.obj < <(slow_input)
+grep -q "reading" err && complain "progress without a terminal: $(cat err)"
+
 # ---- results and messages apart
 "$quor2d" triangulate points.xy -q -o - --format obj >out 2>err
 equals "lines of the quiet command on standard error" "$(wc -l <err)" 0

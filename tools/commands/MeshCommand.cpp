@@ -42,11 +42,11 @@ std::string meshJson(const MeshStatistics& statistics, const MeshData& mesh, con
 void printNotes(const Arguments& arguments, const MeshStatistics& statistics, const BuildNotes& notes)
 {
     if (notes.numDuplicates > 0)
-        printNote(arguments, std::to_string(notes.numDuplicates) + " points stand at the place of another one");
+        printNote(arguments, "points at the place of another one: " + std::to_string(notes.numDuplicates));
     if (notes.numCrossings > 0)
-        printNote(arguments, std::to_string(notes.numCrossings) + " crossings of segments were given a vertex");
+        printNote(arguments, "crossings of segments, given a vertex: " + std::to_string(notes.numCrossings));
     if (notes.numUnrefined > 0)
-        printNote(arguments, std::to_string(notes.numUnrefined) + " parts are too thin to be refined");
+        printNote(arguments, "parts too thin to be refined: " + std::to_string(notes.numUnrefined));
     printNote(arguments, std::to_string(statistics.numTriangles) + " triangles, " +
                              std::to_string(statistics.numVertices) + " vertices (" +
                              std::to_string(notes.numNewVertices) + " new), angles from " +
