@@ -1,6 +1,6 @@
 // Constraints: a segment becomes an edge of the mesh, in one of two ways.
 //
-// CIS_CONSTRAINED_DELAUNAY flips edges aside and adds no vertex where nothing lies on the segment.
+// CIS_CONSTRAINED_DELAUNAY replaces the triangles in the way and adds no vertex where nothing lies on the segment.
 // CIS_CONFORMING_DELAUNAY adds vertices on the segment until all its pieces are Delaunay edges. It prints:
 //
 //     constrained: 1 piece, 202 vertices, every circle empty: no
@@ -28,7 +28,7 @@ std::vector<Point2> twoRows()
     return vPoints;
 }
 
-// No vertex of a neighbour strictly inside a circumcircle; the exact answer is PredicateTest's, this one is for show.
+// No vertex of a neighbour strictly inside a circumcircle; checkValidity() tells the same exactly, in a report.
 bool isDelaunay(const Quor_2D& dt)
 {
     std::vector<Triangle2*> vTriangles;

@@ -111,7 +111,7 @@ TEST_F(ReaderTest, MalformedNodePolyAndEleFilesAreNamed)
 {
     write("m.node", "3 2 0 0\n1 0 0\n2 1 0\n3 0 1\n");
     expectFaults({
-        {"a.node", "", ":0: file ends where the number of points is expected"},
+        {"a.node", "", ": file ends where the number of points is expected"},
         {"a.node", "0 2 0 0\n", ": holds no points"},
         {"a.node", "3 2 0 0\n1 0 0\n2 1 0\n", ":3: file ends where a point is expected"},
         {"a.node", "1 2 0 0\n1 0 0\n2 1 0\n", ":3: unexpected '2' after the last list"},
@@ -232,7 +232,7 @@ TEST_F(ReaderTest, MalformedMshFilesAreNamed)
     };
     EXPECT_EQ(readMesh(write("a.msh", element("2 1\n1 1 5 9")), Format::Msh).vTriangles.at(0)[2], 2u);
     expectFaults({
-        {"a.msh", "", ":0: file ends where $MeshFormat is expected"},
+        {"a.msh", "", ": file ends where $MeshFormat is expected"},
         {"a.msh", "$MeshFormat\n2.2 0 8\n", ":2: version '2.2' of the format; only 4.1 can be read"},
         {"a.msh", "$MeshFormat\n4.1 1 8\n", ":2: binary .msh files cannot be read"},
         {"a.msh", head.c_str(), ": holds no nodes"},
