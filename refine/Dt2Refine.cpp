@@ -31,7 +31,7 @@ constexpr std::size_t kMaxPasses = 1000;
 constexpr double kFloorFraction = 0.01;
 
 // Refinement goes to and fro in the mesh. What is needed so many turns later is fetched ahead, in stages.
-constexpr std::size_t kPrefetchDistance = 6;
+constexpr std::size_t kPrefetchDistance = 8;
 
 void prefetchCorners(const Triangle2* pT)
 {
@@ -39,32 +39,46 @@ void prefetchCorners(const Triangle2* pT)
         prefetch(pT->getCorner(i));
 }
 
+void prefetchNeighbors(const Triangle2* pT)
+{
+    for (int i = 0; i < 3; ++i)
+        prefetchWhole(pT->getOppositeTriangle(i));
+}
+
+// For the test of a triangle and the first step to its circumcentre.
 void prefetchTriangles(const std::vector<Triangle2*>& vTriangles, std::size_t i)
 {
     if (i + 2 * kPrefetchDistance < vTriangles.size())
-        prefetch(vTriangles[i + 2 * kPrefetchDistance]);
-    if (i + kPrefetchDistance < vTriangles.size())
+        prefetchWhole(vTriangles[i + 2 * kPrefetchDistance]);
+    if (i + kPrefetchDistance < vTriangles.size() && RefineZone::isNew(vTriangles[i + kPrefetchDistance]))
         prefetchCorners(vTriangles[i + kPrefetchDistance]);
 }
 
+// For the insertion of a vertex: what its triangle and the first flips touch.
 void prefetchCandidates(const std::vector<RefineCandidate*>& vCandidates, std::size_t i)
 {
-    if (i + 3 * kPrefetchDistance < vCandidates.size()) {
-        const char* const p = reinterpret_cast<const char*>(vCandidates[i + 3 * kPrefetchDistance]);
+    if (i + 4 * kPrefetchDistance < vCandidates.size()) {
+        const char* const p = reinterpret_cast<const char*>(vCandidates[i + 4 * kPrefetchDistance]);
         prefetch(p);
         prefetch(p + 64);
         prefetch(p + 128);
     }
-    if (i + 2 * kPrefetchDistance < vCandidates.size()) {
-        prefetch(vCandidates[i + 2 * kPrefetchDistance]->pTriangle);
-        prefetch(vCandidates[i + 2 * kPrefetchDistance]->pContainingT);
+    if (i + 3 * kPrefetchDistance < vCandidates.size()) {
+        prefetchWhole(vCandidates[i + 3 * kPrefetchDistance]->pTriangle);
+        prefetchWhole(vCandidates[i + 3 * kPrefetchDistance]->pContainingT);
     }
-    if (i + kPrefetchDistance < vCandidates.size()) {
+    if (i + 2 * kPrefetchDistance < vCandidates.size()) {
+        const Triangle2* const pT = vCandidates[i + 2 * kPrefetchDistance]->pContainingT;
+        prefetchCorners(pT);
+        prefetchNeighbors(pT);
+    }
+    if (i + kPrefetchDistance < vCandidates.size() && !vCandidates[i + kPrefetchDistance]->isStale()) {
         const Triangle2* const pT = vCandidates[i + kPrefetchDistance]->pContainingT;
-        for (int ith = 0; ith < 3; ++ith) {
-            prefetch(pT->getCorner(ith));
-            prefetch(pT->getOppositeTriangle(ith));
-        }
+        for (int ith = 0; ith < 3; ++ith)
+            if (const Triangle2* const pOpp = pT->getOppositeTriangle(ith)) {
+                prefetchCorners(pOpp);
+                prefetchNeighbors(pOpp);
+            }
     }
 }
 
@@ -185,30 +199,31 @@ void Dt2::uniformRefinement(RefineZone& zoneTriangles, std::vector<RefineCandida
                             const RefineParams* pRefineParams)
 {
     std::vector<RefineCandidate>& vOpen = zoneTriangles.vOpen;
-    vOpen.erase(std::remove_if(vOpen.begin(), vOpen.end(),
-                               [](const RefineCandidate& candidate) {
-                                   return candidate.isTriangleStale() || !RefineZone::contains(candidate.pTriangle) ||
-                                          RefineZone::isNew(candidate.pTriangle);
-                               }),
-                vOpen.end());
-    std::vector<Triangle2*> vNew;
-    zoneTriangles.takeNew(vNew);
-    for (std::size_t i = 0; i < vNew.size(); ++i) {
-        prefetchTriangles(vNew, i);
-        if (RefineCandidate::clearlyMeetsBounds(vNew[i], *pRefineParams))
+    zoneTriangles.dropChanged();
+    zoneTriangles.vOrder.clear();
+    const auto refineLater = [&](std::size_t i) {
+        if (vOpen[i].isRefinable(*pRefineParams))
+            zoneTriangles.vOrder.emplace_back(-vOpen[i].circumRadius, i);
+    };
+    for (std::size_t i = 0; i < vOpen.size(); ++i)
+        refineLater(i);
+    zoneTriangles.takeNew(zoneTriangles.vTested);
+    for (std::size_t i = 0; i < zoneTriangles.vTested.size(); ++i) {
+        prefetchTriangles(zoneTriangles.vTested, i);
+        Triangle2* const pT = zoneTriangles.vTested[i];
+        if (!RefineZone::endNew(pT) || RefineCandidate::clearlyMeetsBounds(pT, *pRefineParams))
             continue;
-        vOpen.emplace_back(this, vNew[i]);
-        if (!vOpen.back().missesBounds(*pRefineParams))
+        vOpen.emplace_back(this, pT);
+        if (vOpen.back().missesBounds(*pRefineParams))
+            refineLater(vOpen.size() - 1);
+        else
             vOpen.pop_back();
     }
-    std::vector<std::pair<double, RefineCandidate*>> vOrder;
-    for (RefineCandidate& candidate : vOpen)
-        if (candidate.needRefinement(*pRefineParams))
-            vOrder.emplace_back(-candidate.circumRadius, &candidate);
-    std::sort(vOrder.begin(), vOrder.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+    std::sort(zoneTriangles.vOrder.begin(), zoneTriangles.vOrder.end(),
+              [](const auto& a, const auto& b) { return a.first < b.first; });
     vCandidates.clear();
-    for (const auto& entry : vOrder)
-        vCandidates.push_back(entry.second);
+    for (const auto& entry : zoneTriangles.vOrder)
+        vCandidates.push_back(&vOpen[entry.second]);
 }
 
 std::size_t Dt2::refineTriangles(RefineZone& zoneTriangles, const std::vector<RefineCandidate*>& vCandidates,

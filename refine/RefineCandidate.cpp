@@ -76,8 +76,11 @@ bool RefineCandidate::isStale() const
 
 bool RefineCandidate::needRefinement(const RefineParams& params)
 {
-    if (!missesBounds(params))
-        return false;
+    return missesBounds(params) && isRefinable(params);
+}
+
+bool RefineCandidate::isRefinable(const RefineParams& params)
+{
     walk();
     pSparedCorner = nullptr;
     return aSqLengths[2] > params.sqMaxEdgeLength || isWorthwhile(params);

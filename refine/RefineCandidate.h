@@ -28,6 +28,9 @@ public:
     /// lengths say that the triangle misses them; then pContainingT and splitIndex are known.
     bool needRefinement(const RefineParams& params);
 
+    /// The part of needRefinement() that depends on more than the triangle, for one that misses the bounds.
+    bool isRefinable(const RefineParams& params);
+
     /// Whether the tested triangle has changed, or is gone, since.
     bool isTriangleStale() const;
 

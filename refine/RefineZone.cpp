@@ -1,5 +1,7 @@
 #include "refine/RefineZone.h"
 
+#include <algorithm>
+
 namespace ZELK_QUOR2D
 {
 
@@ -23,18 +25,28 @@ void RefineZone::set(Triangle2* pT, bool bMember)
     pT->marks = TM_IN_ZONE | TM_NEW;
 }
 
-// A triangle may be listed more than once, or no longer be a member: it may have been recycled meanwhile.
 void RefineZone::takeNew(std::vector<Triangle2*>& vTriangles)
 {
     vTriangles.clear();
-    for (Triangle2* pT : vNew) {
-        if (!(pT->marks & TM_NEW))
-            continue;
-        pT->marks = TM_IN_ZONE;
-        if (pT->getCorner(0))
-            vTriangles.push_back(pT);
-    }
-    vNew.clear();
+    vTriangles.swap(vNew);
+}
+
+bool RefineZone::endNew(Triangle2* pT)
+{
+    if (!(pT->marks & TM_NEW))
+        return false;
+    pT->marks = TM_IN_ZONE;
+    return pT->getCorner(0) != nullptr;
+}
+
+void RefineZone::dropChanged()
+{
+    vOpen.erase(std::remove_if(vOpen.begin(), vOpen.end(),
+                               [](const RefineCandidate& candidate) {
+                                   return candidate.isTriangleStale() || !contains(candidate.pTriangle) ||
+                                          isNew(candidate.pTriangle);
+                               }),
+                vOpen.end());
 }
 
 void RefineZone::clear()

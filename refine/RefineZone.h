@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 namespace ZELK_QUOR2D
@@ -33,15 +34,24 @@ public:
     /// Takes a triangle in, or out. It counts as new, even if it was a member before.
     void set(Triangle2* pT, bool bMember);
 
-    /// Replaces the contents of the vector by the triangles that are new since the last call, each once.
+    /// Replaces the contents of the vector by all triangles that became new since the last call. Some of them may be
+    /// listed more than once, or be gone; endNew() tells.
     void takeNew(std::vector<Triangle2*>& vTriangles);
+
+    /// @return whether the triangle is alive and was new until now
+    static bool endNew(Triangle2* pT);
+
+    /// Takes candidates out of vOpen whose triangles have changed.
+    void dropChanged();
 
     void clear();
 
     bool bGrows = false;     ///< the zone is a list of triangles that takes in whatever refinement makes
     bool bUncertain = false; ///< the mesh has changed in a way that was not followed: the zone must be found again
-    std::vector<RefineCandidate> vOpen; ///< of all triangles that miss the bounds and are not new
+    std::vector<RefineCandidate> vOpen;                 ///< of all triangles that miss the bounds and are not new
+    std::vector<std::pair<double, std::size_t>> vOrder; ///< those to be refined: negative radius, place in vOpen
     std::unordered_set<const ConstraintSegment2*> sUnsplittable; ///< at the limit of double precision
+    std::vector<Triangle2*> vTested;                             ///< scratch
     std::size_t numPasses = 0;
 
 private:
