@@ -5,6 +5,7 @@
 #include "constraints/ConstraintMgr.h"
 #include "constraints/EdgeKey.h"
 #include "core/Dt2.h"
+#include "core/Prefetch.h"
 #include "output/Message.h"
 
 #include <algorithm>
@@ -168,6 +169,12 @@ std::size_t ConstraintGraph2::slotOf(const Point2* p0, const Point2* p1) const
     while (vCSegReverse[i].pCSeg && (vCSegReverse[i].p0 != p0 || vCSegReverse[i].p1 != p1))
         i = (i + 1) & mask;
     return i;
+}
+
+void ConstraintGraph2::prefetchSlot(const Point2* p0, const Point2* p1) const
+{
+    orderByAddress(p0, p1);
+    prefetch(&vCSegReverse[hashOfEdge(p0, p1) & (vCSegReverse.size() - 1)]);
 }
 
 void ConstraintGraph2::growIndex(std::size_t numSegments)

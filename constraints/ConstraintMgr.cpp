@@ -121,6 +121,17 @@ void ConstraintMgr::recordSplit(ConstraintSegment2* pParentCSeg, ConstraintSegme
     adopt(pCSeg1);
 }
 
+void ConstraintMgr::prefetchSplit(const ConstraintSegment2* pCSeg, const Point2* pSplit) const
+{
+    segmentIndex.prefetchSlot(pCSeg->getSrc(), pSplit);
+    segmentIndex.prefetchSlot(pCSeg->getTrg(), pSplit);
+    for (const ConstraintGraph2* pGraph : pCSeg->sOwners) {
+        pGraph->prefetchSlot(pCSeg->getSrc(), pCSeg->getTrg());
+        pGraph->prefetchSlot(pCSeg->getSrc(), pSplit);
+        pGraph->prefetchSlot(pCSeg->getTrg(), pSplit);
+    }
+}
+
 // ---- queries
 
 void ConstraintMgr::getLiveSegments(std::vector<ConstraintSegment2*>& vLive) const

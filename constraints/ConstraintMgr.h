@@ -6,6 +6,7 @@
 #include "Segment2.h"
 #include "constraints/SegmentIndex.h"
 #include "constraints/SegmentTrace.h"
+#include "core/VertexMarks.h"
 
 #include <cstddef>
 #include <string>
@@ -51,9 +52,19 @@ public:
     /// The alive segment between two vertices, in any order, or null. O(1).
     ConstraintSegment2* findSegment(const Point2* p0, const Point2* p1) const
     {
-        return p0 && p1 ? segmentIndex.find(p0, p1) : nullptr;
+        return p0 && p1 && (p0->marks & signatureBit(p1)) && (p1->marks & signatureBit(p0)) ? segmentIndex.find(p0, p1)
+                                                                                            : nullptr;
     }
     bool isConstraint(const Point2* p0, const Point2* p1) const { return findSegment(p0, p1) != nullptr; }
+
+    /// Fetches ahead what findSegment() will look at. Neither may be null.
+    void prefetchSegment(const Point2* p0, const Point2* p1) const { segmentIndex.prefetchSlot(p0, p1); }
+
+    /// Fetches ahead what splitting a segment at a vertex will look at.
+    void prefetchSplit(const ConstraintSegment2* pCSeg, const Point2* pSplit) const;
+
+    /// Whether there is, or was, any segment with CIS_CONFORMING_DELAUNAY.
+    bool hasConformingSegments() const { return bHasConforming; }
 
     std::size_t numberOfLiveSegments() const { return segmentIndex.size(); }
 

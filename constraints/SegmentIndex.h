@@ -2,6 +2,7 @@
 
 #include "ConstraintSegment2.h"
 #include "constraints/EdgeKey.h"
+#include "core/Prefetch.h"
 
 #include <cstddef>
 #include <utility>
@@ -23,6 +24,15 @@ public:
             return nullptr;
         orderByAddress(p0, p1);
         return vSlots[slotOf(p0, p1)].pCSeg;
+    }
+
+    /// Fetches ahead what find() will look at.
+    void prefetchSlot(const Point2* p0, const Point2* p1) const
+    {
+        if (count == 0)
+            return;
+        orderByAddress(p0, p1);
+        prefetch(&vSlots[hashOfEdge(p0, p1) & (vSlots.size() - 1)]);
     }
 
     /// Does nothing when there is a segment with these ends already.

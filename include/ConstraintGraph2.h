@@ -58,6 +58,9 @@ public:
     void notifySplit(ConstraintSegment2* pCSeg, bool bReverse0, bool bReverse1, ConstraintSegment2* pCSeg0,
                      ConstraintSegment2* pCSeg1);
 
+    /// Fetches ahead what a split will look at for a segment with these ends.
+    void prefetchSlot(const Point2* p0, const Point2* p1) const;
+
     Dt2* getDelaunayTriangulation() const { return pDt2; }
 
 private:
