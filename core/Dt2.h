@@ -400,7 +400,7 @@ private:
                                  Triangle2* pStart);
     void updateZoneBeside(RefineZone& zoneTriangles, Point2* pVtx, Point2* pFrom, const Point2* pTo, bool bMember);
     void removeSteinerVertex(Point2* pVtx);
-    void updateZoneInside(const std::vector<Point2*>& vRing, bool bMember);
+    void updateZoneInside(bool bMember);
 
     // ---- growing box and bootstrap
     void growBoxes(const Point2& p);
@@ -456,6 +456,8 @@ private:
 
     RefineZone* pRefineZone = nullptr;     // while refinement runs
     std::vector<Point2*> vSteinerVertices; // the vertices with VM_REFINEMENT, and others
+    std::vector<Point2*> vNearSplit;       // scratch of removeSplitVerticesNear()
+    std::vector<Point2*> vStarRing;        // scratch of removeSteinerVertex(): corners around the vertex
 
     bool bMultithreading = false;
     std::string name;

@@ -3,6 +3,7 @@
 
 #include "ConstraintSegment2.h"
 #include "constraints/ConstraintMgr.h"
+#include "core/IncidentTriangles.h"
 #include "output/Message.h"
 #include "refine/RefineCandidate.h"
 #include "refine/RefineParams.h"
@@ -36,6 +37,15 @@ double middleOf(double a, double b)
 double shortestEdge(const Triangle2* pT)
 {
     return std::sqrt(std::min({pT->getSquaredEdgeLength(0), pT->getSquaredEdgeLength(1), pT->getSquaredEdgeLength(2)}));
+}
+
+// The triangle to the left of the edge from a vertex of low degree to another, or null.
+Triangle2* findTriangleBefore(const Point2* pVtx, const Point2* pEnd)
+{
+    for (IncidentTriangles around(pVtx); !around.atEnd(); around.advance())
+        if (around.nextCorner() == pEnd)
+            return around.triangle();
+    return nullptr;
 }
 
 void reportUnsplittable(const Triangle2* pT)
@@ -107,6 +117,7 @@ Point2* Dt2::insertReleasedVertex(RefineZone& zoneTriangles, const ConstraintSeg
                 return pT->getCorner(i);
     }
     Point2* pVtx = newVertex(p.x(), p.y());
+    pConstraintMgr->prefetchSplit(pCSeg, pVtx);
     pReleasedSegment = pCSeg;
     insertVertex(&pVtx, pT, intState);
     pReleasedSegment = nullptr;
@@ -117,7 +128,7 @@ Point2* Dt2::insertReleasedVertex(RefineZone& zoneTriangles, const ConstraintSeg
 // pTo: the zone has all of them or none. Where the pieces are no edges the zone gets uncertain.
 void Dt2::updateZoneBeside(RefineZone& zoneTriangles, Point2* pVtx, Point2* pFrom, const Point2* pTo, bool bMember)
 {
-    Triangle2* pT = findTriangleLeftOf(pVtx, pFrom);
+    Triangle2* pT = findTriangleBefore(pVtx, pFrom);
     if (!pT && findTriangleLeftOf(pFrom, pVtx))
         return; // beyond the hull
     // Ends: pTo or the hull is met before a turn is complete, since pFrom is not met again.
@@ -141,7 +152,7 @@ void Dt2::updateZoneBeside(RefineZone& zoneTriangles, Point2* pVtx, Point2* pFro
 // @return whether any piece was split
 bool Dt2::splitIllegalPieces(RefineZone& zoneTriangles, const RefineParams* pRefineParams)
 {
-    if (!pConstraintMgr || !pRefineParams->bAllowConstraintSplitting)
+    if (!pConstraintMgr || !pConstraintMgr->hasConformingSegments() || !pRefineParams->bAllowConstraintSplitting)
         return false;
     std::vector<ConstraintSegment2*> vLive;
     pConstraintMgr->getLiveSegments(vLive);
@@ -159,16 +170,16 @@ bool Dt2::splitIllegalPiece(RefineZone& zoneTriangles, ConstraintSegment2* pCSeg
     Triangle2* const pRight = findTriangleLeftOf(trg, src);
     if (!pLeft || !pRight || (!RefineZone::contains(pLeft) && !RefineZone::contains(pRight)))
         return false;
-    const Point2* const pApex = pRight->getCorner(pRight->getIntraTriangleIndex(pLeft));
+    const int inLeft = pLeft->getIntraTriangleIndex(pRight), inRight = pRight->getIntraTriangleIndex(pLeft);
+    const Point2* const pApex = pRight->getCorner(inRight);
     if (predicates.inCircleSign(pLeft->getCorner(0), pLeft->getCorner(1), pLeft->getCorner(2), pApex) != ORI2_POSITIVE)
         return false;
     const Point2 middle(middleOf(src->x(), trg->x()), middleOf(src->y(), trg->y()));
     if (std::sqrt(squaredDistance(*src, *trg)) < 2.0 * pRefineParams->edgeFloor || middle == *src || middle == *trg ||
-        findSparedCorner(*this, src, trg, pLeft, shortestEdge(pLeft)) ||
-        findSparedCorner(*this, trg, src, pRight, shortestEdge(pRight)))
+        findSparedCorner(*this, pLeft, inLeft, pLeft, shortestEdge(pLeft)) ||
+        findSparedCorner(*this, pRight, inRight, pRight, shortestEdge(pRight)))
         return false;
-    splitConstraintAt(zoneTriangles, pCSeg, middle, pLeft, pLeft->getIntraTriangleIndex(pRight),
-                      squaredDistance(*src, middle));
+    splitConstraintAt(zoneTriangles, pCSeg, middle, pLeft, inLeft, squaredDistance(*src, middle));
     return true;
 }
 

@@ -2,9 +2,12 @@
 // as a new vertex, or, where a constraint is in the way, the constraint is split at its midpoint.
 #include "core/Dt2.h"
 
+#include "ConstraintSegment2.h"
 #include "Zone2.h"
+#include "constraints/ConstraintMgr.h"
 #include "core/IncidentTriangles.h"
 #include "core/Prefetch.h"
+#include "geometry/TriangleIndex.h"
 #include "output/Message.h"
 #include "refine/RefineCandidate.h"
 #include "refine/RefineParams.h"
@@ -54,8 +57,25 @@ void prefetchTriangles(const std::vector<Triangle2*>& vTriangles, std::size_t i)
         prefetchCorners(vTriangles[i + kPrefetchDistance]);
 }
 
+// The segment that a candidate splits: first where it is looked up, then the segment itself.
+void prefetchSegmentSlot(const RefineCandidate& candidate, const ConstraintMgr* pMgr)
+{
+    const int ith = candidate.splitIndex;
+    if (pMgr && ith >= 0 && ith <= 2)
+        pMgr->prefetchSegment(candidate.containingCorners[static_cast<std::size_t>(next(ith))],
+                              candidate.containingCorners[static_cast<std::size_t>(prev(ith))]);
+}
+
+void prefetchSegment(const RefineCandidate& candidate, const ConstraintMgr* pMgr)
+{
+    const int ith = candidate.splitIndex;
+    if (pMgr && ith >= 0 && ith <= 2)
+        prefetchWhole(pMgr->findSegment(candidate.containingCorners[static_cast<std::size_t>(next(ith))],
+                                        candidate.containingCorners[static_cast<std::size_t>(prev(ith))]));
+}
+
 // For the insertion of a vertex: what its triangle and the first flips touch.
-void prefetchCandidates(const std::vector<RefineCandidate*>& vCandidates, std::size_t i)
+void prefetchCandidates(const std::vector<RefineCandidate*>& vCandidates, std::size_t i, const ConstraintMgr* pMgr)
 {
     if (i + 4 * kPrefetchDistance < vCandidates.size()) {
         const char* const p = reinterpret_cast<const char*>(vCandidates[i + 4 * kPrefetchDistance]);
@@ -71,6 +91,7 @@ void prefetchCandidates(const std::vector<RefineCandidate*>& vCandidates, std::s
         const Triangle2* const pT = vCandidates[i + 2 * kPrefetchDistance]->pContainingT;
         prefetchCorners(pT);
         prefetchNeighbors(pT);
+        prefetchSegmentSlot(*vCandidates[i + 2 * kPrefetchDistance], pMgr);
     }
     if (i + kPrefetchDistance < vCandidates.size() && !vCandidates[i + kPrefetchDistance]->isStale()) {
         const Triangle2* const pT = vCandidates[i + kPrefetchDistance]->pContainingT;
@@ -79,6 +100,7 @@ void prefetchCandidates(const std::vector<RefineCandidate*>& vCandidates, std::s
                 prefetchCorners(pOpp);
                 prefetchNeighbors(pOpp);
             }
+        prefetchSegment(*vCandidates[i + kPrefetchDistance], pMgr);
     }
 }
 
@@ -203,7 +225,7 @@ void Dt2::uniformRefinement(RefineZone& zoneTriangles, std::vector<RefineCandida
     zoneTriangles.vOrder.clear();
     const auto refineLater = [&](std::size_t i) {
         if (vOpen[i].isRefinable(*pRefineParams))
-            zoneTriangles.vOrder.emplace_back(-vOpen[i].circumRadius, i);
+            zoneTriangles.addToOrder(i);
     };
     for (std::size_t i = 0; i < vOpen.size(); ++i)
         refineLater(i);
@@ -219,11 +241,10 @@ void Dt2::uniformRefinement(RefineZone& zoneTriangles, std::vector<RefineCandida
         else
             vOpen.pop_back();
     }
-    std::sort(zoneTriangles.vOrder.begin(), zoneTriangles.vOrder.end(),
-              [](const auto& a, const auto& b) { return a.first < b.first; });
+    zoneTriangles.sortOrder();
     vCandidates.clear();
-    for (const auto& entry : zoneTriangles.vOrder)
-        vCandidates.push_back(&vOpen[entry.second]);
+    for (const CurveItem item : zoneTriangles.vOrder)
+        vCandidates.push_back(&vOpen[positionOf(item)]);
 }
 
 std::size_t Dt2::refineTriangles(RefineZone& zoneTriangles, const std::vector<RefineCandidate*>& vCandidates,
@@ -231,7 +252,7 @@ std::size_t Dt2::refineTriangles(RefineZone& zoneTriangles, const std::vector<Re
 {
     std::size_t numInserted = 0;
     for (std::size_t i = 0; i < vCandidates.size(); ++i) {
-        prefetchCandidates(vCandidates, i);
+        prefetchCandidates(vCandidates, i, pConstraintMgr);
         if (!vCandidates[i]->isStale() && refineCandidate(zoneTriangles, *vCandidates[i], pRefineParams))
             ++numInserted;
     }

@@ -14,19 +14,24 @@ void Dt2::removeSplitVerticesNear(Point2* pSplit, double squaredRadius)
 {
     if (vSteinerVertices.empty())
         return;
-    std::vector<Point2*> vInside(1, pSplit);
+    std::vector<Point2*>& vInside = vNearSplit;
+    const auto visit = [&](Point2* p) {
+        const double dx = p->x() - pSplit->x(), dy = p->y() - pSplit->y();
+        if (squaredRadius > dx * dx + dy * dy && !(p->marks & VM_VISITED)) {
+            p->marks |= VM_VISITED;
+            vInside.push_back(p);
+        }
+    };
+    vInside.assign(1, pSplit);
     pSplit->marks |= VM_VISITED;
     for (std::size_t k = 0; k < vInside.size(); ++k) {
         if (k > 0 && isConstraintVertex(vInside[k]))
             continue;
-        for (IncidentTriangles around(vInside[k]); !around.atEnd(); around.advance())
-            for (Point2* p : {around.nextCorner(), around.prevCorner()}) {
-                const double dx = p->x() - pSplit->x(), dy = p->y() - pSplit->y();
-                if (squaredRadius > dx * dx + dy * dy && !(p->marks & VM_VISITED)) {
-                    p->marks |= VM_VISITED;
-                    vInside.push_back(p);
-                }
-            }
+        for (IncidentTriangles around(vInside[k]); !around.atEnd(); around.advance()) {
+            visit(around.nextCorner());
+            if (!around.triangle()->getOppositeTriangle(next(around.apex())))
+                visit(around.prevCorner()); // the last one before the hull
+        }
     }
     for (Point2* p : vInside) {
         p->marks &= ~static_cast<unsigned int>(VM_VISITED);
@@ -40,19 +45,20 @@ void Dt2::removeSplitVerticesNear(Point2* pSplit, double squaredRadius)
 void Dt2::removeSteinerVertex(Point2* pVtx)
 {
     const bool bMember = RefineZone::contains(pVtx->getIncidentTriangle());
-    std::vector<Point2*> vRing; // counterclockwise: the vertex lies inside the hull
+    vStarRing.clear(); // counterclockwise: the vertex lies inside the hull
     for (IncidentTriangles around(pVtx); !around.atEnd(); around.advance())
-        vRing.push_back(around.nextCorner());
+        vStarRing.push_back(around.nextCorner());
     pVtx->marks &= ~static_cast<unsigned int>(VM_REFINEMENT);
     remove(pVtx, true);
     if (pRefineZone)
-        updateZoneInside(vRing, bMember);
+        updateZoneInside(bMember);
 }
 
 // Turns around the corners of the ring, clockwise from one to the next, in the triangles that it encloses. Where the
 // removal changed more than these, an edge of the ring is gone, and the zone gets uncertain.
-void Dt2::updateZoneInside(const std::vector<Point2*>& vRing, bool bMember)
+void Dt2::updateZoneInside(bool bMember)
 {
+    const std::vector<Point2*>& vRing = vStarRing;
     Triangle2* pT = findTriangleLeftOf(vRing[0], vRing[1]);
     for (std::size_t k = vRing.size(); pT && k > 0; --k) {
         const Point2* const pCorner = vRing[k % vRing.size()];

@@ -20,10 +20,15 @@ namespace
 // circle.
 constexpr std::size_t kMaxOrderedSteps = 2000;
 
-double distance(const Point2& p, const Point2& q)
+double squaredDistance(const Point2& p, const Point2& q)
 {
     const double dx = q.x() - p.x(), dy = q.y() - p.y();
-    return std::sqrt(dx * dx + dy * dy);
+    return dx * dx + dy * dy;
+}
+
+double distance(const Point2& p, const Point2& q)
+{
+    return std::sqrt(squaredDistance(p, q));
 }
 
 std::array<Point2*, 3> cornersOf(const Triangle2* pT)
@@ -41,9 +46,9 @@ RefineCandidate::RefineCandidate(Dt2* pTriangulation, Triangle2* pTestedTriangle
     steinerPoint = dual.first;
     circumRadius = distance(steinerPoint, *corners[0]);
     bValid = dual.second && std::isfinite(circumRadius);
-    for (int i = 0; i < 3; ++i)
-        aSqLengths[static_cast<std::size_t>(i)] = pTriangle->getSquaredEdgeLength(i);
-    std::sort(aSqLengths.begin(), aSqLengths.end());
+    const double a = squaredDistance(*corners[0], *corners[1]), b = squaredDistance(*corners[1], *corners[2]),
+                 c = squaredDistance(*corners[2], *corners[0]);
+    aSqLengths = {std::min({a, b, c}), std::max(std::min(a, b), std::min(std::max(a, b), c)), std::max({a, b, c})};
 }
 
 // With edges a <= b <= c and area A the radius is abc/4A, so radius/a <= ratio where bc <= 4A ratio. The margin is far
@@ -109,7 +114,7 @@ bool RefineCandidate::isWorthwhile(const RefineParams& params)
                                                                           pContainingT->getCorner(prev(splitIndex));
         if (!pDt->isConstraint(p0, p1) || distance(*p0, *p1) < 2.0 * params.edgeFloor)
             return false;
-        pSparedCorner = findSparedCorner(*pDt, p0, p1, pTriangle, std::sqrt(aSqLengths[0]));
+        pSparedCorner = findSparedCorner(*pDt, pContainingT, splitIndex, pTriangle, std::sqrt(aSqLengths[0]));
         return !pSparedCorner;
     }
     case SPLIT_AT_CORNER:
@@ -136,7 +141,7 @@ Point2* RefineCandidate::findCrowdedCorner() const
                            (p0->y() - steinerPoint.y()) * (p1->y() - steinerPoint.y());
         if (dot >= -0.5 * distance(*p0, steinerPoint) * distance(*p1, steinerPoint) || !pDt->isConstraint(p0, p1))
             continue;
-        if (Point2* const pCorner = findSparedCorner(*pDt, p0, p1, pTriangle, std::sqrt(aSqLengths[0])))
+        if (Point2* const pCorner = findSparedCorner(*pDt, pContainingT, i, pTriangle, std::sqrt(aSqLengths[0])))
             return pCorner;
     }
     return nullptr;
@@ -168,7 +173,8 @@ bool RefineCandidate::hasSmallInputAngle(double minAngleDegree) const
 void RefineCandidate::walk()
 {
     pContainingT = pTriangle;
-    int exit = findExit(0, 3);
+    bool bOnEdge = false; // not on the edge it came through: the point lies strictly beyond that
+    int exit = findExit(0, 3, bOnEdge);
     std::size_t steps = 0;
     while (exit >= 0 && exit <= 2) {
         Triangle2* const pNext = pContainingT->getOppositeTriangle(exit);
@@ -180,25 +186,30 @@ void RefineCandidate::walk()
         }
         const int entry = pNext->getIntraTriangleIndex(pContainingT);
         pContainingT = pNext;
-        exit = steps > kMaxOrderedSteps ? findExit(std::rand() % 3, 3) : findExit(next(entry), 2);
+        exit = steps > kMaxOrderedSteps ? findExit(std::rand() % 3, 3, bOnEdge) : findExit(next(entry), 2, bOnEdge);
     }
-    if (exit == SPLIT_NONE)
+    if (exit == SPLIT_NONE && bOnEdge)
         exit = findBlockingEdgeUnderPoint();
     splitIndex = exit;
     containingCorners = cornersOf(pContainingT);
 }
 
 // The first of some edges of the containing triangle, counted from ith, that has the point on its outer side.
-int RefineCandidate::findExit(int ith, int numEdges) const
+//
+// @param bOnEdge  set to whether the point lies on one of these edges
+int RefineCandidate::findExit(int ith, int numEdges, bool& bOnEdge) const
 {
+    bOnEdge = false;
     for (; numEdges > 0; --numEdges, ith = next(ith)) {
         const Orientation2 orientation = pDt->predicates.getOrientation2(pContainingT, ith, &steinerPoint);
         if (orientation == ORI2_NEGATIVE)
             return ith;
-        if (orientation == ORI2_ZERO)
-            for (int i = 0; i < 3; ++i)
-                if (*pContainingT->getCorner(i) == steinerPoint)
-                    return SPLIT_AT_CORNER;
+        if (orientation != ORI2_ZERO)
+            continue;
+        bOnEdge = true;
+        for (int i = 0; i < 3; ++i)
+            if (*pContainingT->getCorner(i) == steinerPoint)
+                return SPLIT_AT_CORNER;
     }
     return SPLIT_NONE;
 }

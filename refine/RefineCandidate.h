@@ -59,7 +59,7 @@ private:
     bool isWorthwhile(const RefineParams& params);
     Point2* findCrowdedCorner() const;
     void walk();
-    int findExit(int ith, int numEdges) const;
+    int findExit(int ith, int numEdges, bool& bOnEdge) const;
     int findBlockingEdgeUnderPoint() const;
 };
 

@@ -1,6 +1,7 @@
 #include "refine/RefineZone.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace ZELK_QUOR2D
 {
@@ -47,6 +48,30 @@ void RefineZone::dropChanged()
                                           isNew(candidate.pTriangle);
                                }),
                 vOpen.end());
+}
+
+// The upper halves of positive numbers, read as integers, are in the order of the numbers.
+void RefineZone::addToOrder(std::size_t place)
+{
+    std::uint64_t bits = 0;
+    std::memcpy(&bits, &vOpen[place].circumRadius, sizeof bits);
+    vOrder.push_back(makeCurveItem(~static_cast<std::uint32_t>(bits >> 32), static_cast<std::uint32_t>(place)));
+}
+
+void RefineZone::sortOrder()
+{
+    sortByKey(vOrder.data(), vOrder.size(), vScratch);
+    const auto isLarger = [this](CurveItem a, CurveItem b) {
+        return vOpen[positionOf(a)].circumRadius > vOpen[positionOf(b)].circumRadius;
+    };
+    for (auto first = vOrder.begin(); first != vOrder.end();) {
+        auto last = first + 1;
+        while (last != vOrder.end() && keyOf(*last) == keyOf(*first))
+            ++last;
+        if (!std::is_sorted(first, last, isLarger))
+            std::sort(first, last, isLarger);
+        first = last;
+    }
 }
 
 void RefineZone::clear()

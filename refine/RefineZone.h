@@ -1,12 +1,12 @@
 #pragma once
 
 #include "Triangle2.h"
+#include "core/CurveSort.h"
 #include "core/TriangleMarks.h"
 #include "refine/RefineCandidate.h"
 
 #include <cstddef>
 #include <unordered_set>
-#include <utility>
 #include <vector>
 
 namespace ZELK_QUOR2D
@@ -44,12 +44,18 @@ public:
     /// Takes candidates out of vOpen whose triangles have changed.
     void dropChanged();
 
+    /// Enters a candidate of vOpen in vOrder.
+    void addToOrder(std::size_t place);
+
+    /// Puts vOrder in order: largest circumradius first.
+    void sortOrder();
+
     void clear();
 
     bool bGrows = false;     ///< the zone is a list of triangles that takes in whatever refinement makes
     bool bUncertain = false; ///< the mesh has changed in a way that was not followed: the zone must be found again
-    std::vector<RefineCandidate> vOpen;                 ///< of all triangles that miss the bounds and are not new
-    std::vector<std::pair<double, std::size_t>> vOrder; ///< those to be refined: negative radius, place in vOpen
+    std::vector<RefineCandidate> vOpen; ///< of all triangles that miss the bounds and are not new
+    std::vector<CurveItem> vOrder;      ///< those of them to be refined, see addToOrder()
     std::unordered_set<const ConstraintSegment2*> sUnsplittable; ///< at the limit of double precision
     std::vector<Triangle2*> vTested;                             ///< scratch
     std::size_t numPasses = 0;
@@ -57,6 +63,7 @@ public:
 private:
     std::vector<Triangle2*> vNew;    // holds every triangle with TM_NEW, perhaps others
     std::vector<Triangle2*> vMarked; // the same for TM_IN_ZONE
+    std::vector<CurveItem> vScratch;
 };
 
 } // namespace ZELK_QUOR2D

@@ -35,39 +35,51 @@ double distance(const Point2* p, const Point2* q)
     return std::hypot(q->x() - p->x(), q->y() - p->y());
 }
 
-// A constraint piece as seen from the corner that it ends in.
+// A constraint piece as seen from the corner that it ends in, or any other edge there.
 struct CornerPiece {
+    CornerPiece(Point2* pFrom, Point2* pTo)
+        : pCorner(pFrom), pEnd(pTo), dx(pTo->x() - pFrom->x()), dy(pTo->y() - pFrom->y()), length(std::hypot(dx, dy))
+    {
+    }
+
     Point2* pCorner;
     Point2* pEnd;
-
-    double length() const { return distance(pCorner, pEnd); }
-    double dx() const { return pEnd->x() - pCorner->x(); }
-    double dy() const { return pEnd->y() - pCorner->y(); }
+    double dx;
+    double dy;
+    double length;
 };
 
 double cosineBetween(const CornerPiece& a, const CornerPiece& b)
 {
-    return (a.dx() * b.dx() + a.dy() * b.dy()) / (a.length() * b.length());
+    return (a.dx * b.dx + a.dy * b.dy) / (a.length * b.length);
 }
 
+// The next constraint piece on one side of another.
+struct Sibling {
+    Point2* pEnd = nullptr;        // null: there is none
+    const Triangle2* pT = nullptr; // beyond it, as seen from the other
+};
+
 // Turns around the corner from a piece to one side. @return the next constraint piece if it comes within a sharp angle
-// and the zone lies between; else a piece without end
-CornerPiece findSibling(const Dt2& dt, const CornerPiece& piece, bool bCounterclockwise)
+// and the zone lies between
+//
+// @param pT  the triangle at the piece on that side
+Sibling findSibling(const Dt2& dt, const CornerPiece& piece, const Triangle2* pT, bool bCounterclockwise)
 {
-    const Triangle2* pT = bCounterclockwise ? dt.findTriangleLeftOf(piece.pCorner, piece.pEnd)
-                                            : dt.findTriangleLeftOf(piece.pEnd, piece.pCorner);
     // Ends: the angle grows with every turn.
     while (RefineZone::contains(pT)) {
         const int i = pT->getIntraTriangleIndex(piece.pCorner);
-        const CornerPiece edge{piece.pCorner, pT->getCorner(bCounterclockwise ? prev(i) : next(i))};
-        if (!(cosineBetween(piece, edge) > kSharpCosine))
+        Point2* const pEnd = pT->getCorner(bCounterclockwise ? prev(i) : next(i));
+        const double dx = pEnd->x() - piece.pCorner->x(), dy = pEnd->y() - piece.pCorner->y();
+        if (!(piece.dx * dx + piece.dy * dy > 0.0) ||
+            !(cosineBetween(piece, CornerPiece(piece.pCorner, pEnd)) > kSharpCosine))
             break;
         const int ith = bCounterclockwise ? next(i) : prev(i);
         if (dt.isConstraint(pT, ith))
-            return edge;
+            return Sibling{pEnd, pT->getOppositeTriangle(ith)};
         pT = pT->getOppositeTriangle(ith);
     }
-    return CornerPiece{piece.pCorner, nullptr};
+    return Sibling();
 }
 
 // Whether a corner of the triangle is an end of some other constraint than the two pieces and what continues the
@@ -78,7 +90,7 @@ bool touchesOtherConstraint(const Triangle2* pTriangle, const CornerPiece& piece
         const CornerPiece way{piece.pCorner, pTriangle->getCorner(i)};
         if (way.pEnd == piece.pCorner || way.pEnd == piece.pEnd || !Dt2::isConstraintVertex(way.pEnd))
             continue;
-        const double t1 = way.dx() * sibling.dy(), t2 = way.dy() * sibling.dx();
+        const double t1 = way.dx * sibling.dy, t2 = way.dy * sibling.dx;
         if (std::fabs(t1 - t2) > kCollinear * (std::fabs(t1) + std::fabs(t2)))
             return true;
     }
@@ -88,7 +100,7 @@ bool touchesOtherConstraint(const Triangle2* pTriangle, const CornerPiece& piece
 // The shortest constraint piece at the far end, apart from the piece itself.
 double shortestNextPiece(const Dt2& dt, const CornerPiece& piece)
 {
-    double shortest = piece.length();
+    double shortest = piece.length;
     for (IncidentTriangles around(piece.pEnd); !around.atEnd(); around.advance())
         for (const Point2* p : {around.nextCorner(), around.prevCorner()})
             if (p != piece.pCorner && dt.isConstraint(piece.pEnd, p))
@@ -97,39 +109,56 @@ double shortestNextPiece(const Dt2& dt, const CornerPiece& piece)
 }
 
 // The largest cosine between neighbours among the pieces that sharp angles join to this one, to one side.
-double largestCosineBeside(const Dt2& dt, const CornerPiece& piece, bool bCounterclockwise)
+double largestCosineBeside(const Dt2& dt, const CornerPiece& piece, const Triangle2* pT, bool bCounterclockwise)
 {
     double largest = -1.0;
     CornerPiece current = piece;
     // Ends: goes round the corner once.
     do {
-        const CornerPiece sibling = findSibling(dt, current, bCounterclockwise);
+        const Sibling sibling = findSibling(dt, current, pT, bCounterclockwise);
         if (!sibling.pEnd)
             break;
-        largest = std::max(largest, cosineBetween(current, sibling));
-        current = sibling;
+        const CornerPiece following(piece.pCorner, sibling.pEnd);
+        largest = std::max(largest, cosineBetween(current, following));
+        current = following;
+        pT = sibling.pT;
     } while (current.pEnd != piece.pEnd);
     return std::min(1.0, largest);
 }
 
+// What may make a split cut off the tip at one end of a piece: the triangles on both sides of it, and which of them is
+// on the side of the triangle that asks for the split.
+struct TipQuestion {
+    const Dt2& dt;
+    CornerPiece piece;
+    const Triangle2* pAsking;
+    const Triangle2* pBeyond;
+    bool bAskingIsLeft;
+};
+
 // What is cut off one piece is sooner or later cut off all that sharp angles join to it. The shortest edge this makes
 // is as long as the smallest of the angles lets it be.
-bool makesShorterEdge(const Dt2& dt, const CornerPiece& piece, double shortest)
+bool makesShorterEdge(const TipQuestion& q, double shortest)
 {
-    const double cosine = std::max(largestCosineBeside(dt, piece, true), largestCosineBeside(dt, piece, false));
-    return piece.length() * std::sqrt(0.5 - 0.5 * cosine) < shortest;
+    const double cosine = std::max(largestCosineBeside(q.dt, q.piece, q.pAsking, q.bAskingIsLeft),
+                                   largestCosineBeside(q.dt, q.piece, q.pBeyond, !q.bAskingIsLeft));
+    return q.piece.length * std::sqrt(0.5 - 0.5 * cosine) < shortest;
 }
 
-bool cutsOffTip(const Dt2& dt, const CornerPiece& piece, bool bLeft, const Triangle2* pTriangle, double shortest)
+bool cutsOffTip(const TipQuestion& q, const Triangle2* pTriangle, double shortest)
 {
-    const double length = piece.length();
-    const auto forbids = [&](const CornerPiece& sibling) {
-        return sibling.pEnd && length < kBalance * sibling.length() && makesShorterEdge(dt, piece, shortest) &&
+    const CornerPiece& piece = q.piece;
+    const auto forbids = [&](Point2* pEnd) {
+        if (!pEnd)
+            return false;
+        const CornerPiece sibling(piece.pCorner, pEnd);
+        return piece.length < kBalance * sibling.length && makesShorterEdge(q, shortest) &&
                !touchesOtherConstraint(pTriangle, piece, sibling);
     };
-    if (forbids(findSibling(dt, piece, bLeft)))
+    if (forbids(findSibling(q.dt, piece, q.pAsking, q.bAskingIsLeft).pEnd))
         return true;
-    return forbids(findSibling(dt, piece, !bLeft)) && shortestNextPiece(dt, piece) < kNextPiece * length;
+    return forbids(findSibling(q.dt, piece, q.pBeyond, !q.bAskingIsLeft).pEnd) &&
+           shortestNextPiece(q.dt, piece) < kNextPiece * piece.length;
 }
 
 // Whether the edge across a corner makes an angle below the bound with the shorter piece, on its far side, for any
@@ -142,8 +171,8 @@ bool cutsOffTip(const Dt2& dt, const CornerPiece& piece, bool bLeft, const Trian
 bool isUneven(const CornerPiece& a, const CornerPiece& b, double minAngleDegree)
 {
     int exponent = 0;
-    double ratio = std::frexp(a.length() / b.length(), &exponent); // in [0.5, 1)
-    ratio = ratio * kBalance < 1.0 ? 2.0 * ratio : 1.0 / ratio;    // in [1, kBalance]
+    double ratio = std::frexp(a.length / b.length, &exponent);  // in [0.5, 1)
+    ratio = ratio * kBalance < 1.0 ? 2.0 * ratio : 1.0 / ratio; // in [1, kBalance]
     const double cosine = std::min(1.0, cosineBetween(a, b));
     const double sine = std::sqrt(1.0 - cosine * cosine);
     const double angle = std::atan2(sine, cosine) + std::atan2(sine, ratio - cosine);
@@ -152,11 +181,13 @@ bool isUneven(const CornerPiece& a, const CornerPiece& b, double minAngleDegree)
 
 } // namespace
 
-Point2* findSparedCorner(const Dt2& dt, Point2* p0, Point2* p1, const Triangle2* pTriangle, double shortest)
+Point2* findSparedCorner(const Dt2& dt, const Triangle2* pT, int ith, const Triangle2* pTriangle, double shortest)
 {
-    if (cutsOffTip(dt, CornerPiece{p0, p1}, true, pTriangle, shortest))
+    Point2 *const p0 = pT->getCorner(next(ith)), *const p1 = pT->getCorner(prev(ith));
+    const Triangle2* const pOpp = pT->getOppositeTriangle(ith);
+    if (cutsOffTip(TipQuestion{dt, CornerPiece(p0, p1), pT, pOpp, true}, pTriangle, shortest))
         return p0;
-    if (cutsOffTip(dt, CornerPiece{p1, p0}, false, pTriangle, shortest))
+    if (cutsOffTip(TipQuestion{dt, CornerPiece(p1, p0), pT, pOpp, false}, pTriangle, shortest))
         return p1;
     return nullptr;
 }
@@ -166,13 +197,13 @@ void findUnevenPieces(const Dt2& dt, Point2* pCorner, double minAngleDegree, std
     vEnds.clear();
     bool bUneven = false;
     for (IncidentTriangles around(pCorner); !around.atEnd(); around.advance()) {
-        const CornerPiece piece{pCorner, around.nextCorner()};
         if (!dt.isConstraint(around.triangle(), prev(around.apex())))
             continue;
-        const CornerPiece sibling = findSibling(dt, piece, true);
+        const CornerPiece piece(pCorner, around.nextCorner());
+        const Sibling sibling = findSibling(dt, piece, around.triangle(), true);
         if (!sibling.pEnd)
             continue;
-        bUneven = bUneven || isUneven(piece, sibling, minAngleDegree);
+        bUneven = bUneven || isUneven(piece, CornerPiece(pCorner, sibling.pEnd), minAngleDegree);
         for (Point2* pEnd : {piece.pEnd, sibling.pEnd})
             if (std::find(vEnds.begin(), vEnds.end(), pEnd) == vEnds.end())
                 vEnds.push_back(pEnd);

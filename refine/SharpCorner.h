@@ -16,11 +16,11 @@ class Triangle2;
 /// there, or for a reason that does not come from the corner itself (after Shewchuk 2000; Miller, Pav, Walkington
 /// 2003).
 ///
-/// @param p0, p1     the ends of the piece; the side of the triangle is to the left of the way from p0 to p1
+/// @param pT, ith    the piece is this edge, and what asks for the split lies on this side
 /// @param pTriangle  what asks for the split
 /// @param shortest   its shortest edge
 /// @return the corner, or null when the piece may be split
-Point2* findSparedCorner(const Dt2& dt, Point2* p0, Point2* p1, const Triangle2* pTriangle, double shortest);
+Point2* findSparedCorner(const Dt2& dt, const Triangle2* pT, int ith, const Triangle2* pTriangle, double shortest);
 
 /// Collects the far ends of the pieces at a corner that have a neighbour within 60 degrees, if halving cannot bring the
 /// lengths of all of them near enough to each other for the angle bound.
