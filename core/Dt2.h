@@ -167,11 +167,6 @@ public:
     /// vertex. @return a triangle incident to the vertex
     Triangle2* insertIntoTriangle(Point2** pHandle, Triangle2* pStart);
 
-    /// Inserts a point of finite coordinates into a triangulation that has triangles, walking from pStart.
-    /// The vault gets an entry but is not sorted. @return the new vertex, or the one that stands there
-    Point2* insertFrom(const Point2& p, Triangle2* pStart) { return insertFrom(p, pStart, hilbertCurve.getIndex(p)); }
-    Point2* insertFrom(const Point2& p, Triangle2* pStart, std::uint32_t key);
-
     /// A new vertex with an entry in the vault, not yet part of the mesh.
     Point2* newVertex(double x, double y);
 
@@ -301,6 +296,7 @@ private:
     void insertBatchIntoMesh(std::size_t numPoints, std::size_t numLeftOut, const Source& source, Point2** aHandles);
     void insertRange(std::size_t first, std::size_t last, Triangle2* pStart);
     void insertSparse(std::vector<VaultEntry>& vBatch);
+    Point2* insertWalked(const Point2& p, std::uint32_t key, Triangle2* pT, int intState);
     Triangle2* insertEntry(std::size_t index, Triangle2* pStart);
     Triangle2* splitTriangle(Point2* pVtx, Triangle2* pT);
     Triangle2* takeTriangle(Point2* pA, Point2* pB, Point2* pC);
@@ -413,6 +409,7 @@ private:
     void makeFullDimensional(bool bOrdered);
 
     // ---- location
+    int walkFromNear(const Point2& p, std::uint32_t key, Triangle2*& pT);
     int testHullLine(const Point2* p, const Triangle2* pT, int ith);
     int searchExhaustively(const Point2* p, Triangle2*& pT);
 
@@ -430,6 +427,7 @@ private:
     std::vector<Triangle2*> vStarCw;
     StarRing ring;
     Point2* pLastInserted = nullptr;
+    std::size_t walkSteps = 0; // of the latest walk
 
     // Hull neighbours of the few hull vertices whose fan of triangles is long, so that not every insertion beyond the
     // hull turns around them. Empty for ordinary input.

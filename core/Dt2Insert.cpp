@@ -1,5 +1,6 @@
 #include "core/Dt2.h"
 
+#include "core/Prefetch.h"
 #include "core/TriangleLinks.h"
 #include "output/Message.h"
 
@@ -52,16 +53,16 @@ Point2* Dt2::insert(const Point2& p)
     if (!hasTriangles())
         return collect(p);
     const std::uint32_t key = hilbertCurve.getIndex(p);
-    Point2* pVtx = insertFrom(p, findStartTriangle(p, key), key);
+    Triangle2* pT = nullptr;
+    const int intState = walkFromNear(p, key, pT);
+    Point2* const pVtx = insertWalked(p, key, pT, intState);
     vertexVault.updateSortedIndex(true);
     return pVtx;
 }
 
-Point2* Dt2::insertFrom(const Point2& p, Triangle2* pStart, std::uint32_t key)
+// @return the new vertex, or the one that stands there
+Point2* Dt2::insertWalked(const Point2& p, std::uint32_t key, Triangle2* pT, int intState)
 {
-    QUOR2D_ASSERT(pStart != nullptr, "pStart!=NULL");
-    Triangle2* pT = pStart;
-    const int intState = walkToTriangle(&p, pT);
     if (intState == WALK_ON_CORNER) {
         Point2* pExisting = nullptr;
         for (int i = 0; i < 3; ++i)
@@ -212,7 +213,9 @@ void Dt2::insertSparse(std::vector<VaultEntry>& vBatch)
 {
     for (VaultEntry& entry : vBatch) {
         Point2* const pNew = entry.pVtx;
-        insertIntoTriangle(&entry.pVtx, findStartTriangle(*pNew, entry.key));
+        Triangle2* pT = nullptr;
+        const int intState = walkFromNear(*pNew, entry.key, pT);
+        insertVertex(&entry.pVtx, pT, intState);
         if (entry.pVtx != pNew)
             vertexVault.markDuplicate(entry, pNew);
         vertexVault.vIdxVtxAct.push_back(entry);
@@ -297,10 +300,17 @@ Triangle2* Dt2::splitTriangle(Point2* pVtx, Triangle2* pT)
     Triangle2* const n2 = pT->getOppositeTriangle(2);
     Triangle2* const pT1 = takeTriangle(pVtx, c1, c2);
     Triangle2* const pT2 = takeTriangle(pVtx, c2, c0);
+    const auto relink = [pT](Triangle2* pOuter, Triangle2* pNew) {
+        const int i = pOuter->getIntraTriangleIndex(pT);
+        prefetch(pOuter->getCorner(i));
+        pOuter->setOppTriangle(i, pNew);
+    };
     if (n0)
-        n0->setOppTriangle(n0->getIntraTriangleIndex(pT), pT1);
+        relink(n0, pT1);
     if (n1)
-        n1->setOppTriangle(n1->getIntraTriangleIndex(pT), pT2);
+        relink(n1, pT2);
+    if (n2)
+        prefetch(n2->getCorner(n2->getIntraTriangleIndex(pT)));
     pT->setProperties(pVtx, c0, c1);
     setNeighbors(pT, n2, pT1, pT2);
     setNeighbors(pT1, n0, pT2, pT);
@@ -473,10 +483,14 @@ void Dt2::flipEdge(Triangle2* pT, int ith)
     Triangle2* const pAcrossPA = pT->getOppositeTriangle(prev(ith));
     Triangle2* const pAcrossAQ = pOpp->getOppositeTriangle(next(j));
     Triangle2* const pAcrossQB = pOpp->getOppositeTriangle(prev(j));
+    prefetchWhole(pAcrossQB);
     if (pAcrossBP)
         pAcrossBP->setOppTriangle(pAcrossBP->getIntraTriangleIndex(pT), pOpp);
-    if (pAcrossAQ)
-        pAcrossAQ->setOppTriangle(pAcrossAQ->getIntraTriangleIndex(pOpp), pT);
+    if (pAcrossAQ) {
+        const int k = pAcrossAQ->getIntraTriangleIndex(pOpp);
+        prefetch(pAcrossAQ->getCorner(k));
+        pAcrossAQ->setOppTriangle(k, pT);
+    }
     setCorners(pT, p, a, q);
     setNeighbors(pT, pAcrossAQ, pOpp, pAcrossPA);
     setCorners(pOpp, p, q, b);

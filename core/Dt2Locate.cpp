@@ -1,5 +1,7 @@
 #include "core/Dt2.h"
 
+#include "core/Prefetch.h"
+
 #include <cmath>
 #include <cstdlib>
 
@@ -12,6 +14,9 @@ namespace
 // After this many steps each step chooses its first edge at random: in a mesh that is not Delaunay a walk with a fixed
 // rule can run in a circle.
 constexpr std::size_t kMaxOrderedSteps = 2000;
+
+// Walks of more steps than this ask for better starts.
+constexpr std::size_t kLongWalk = 32;
 
 constexpr int kContinueWalk = 3; // testHullLine() decided nothing
 
@@ -33,8 +38,9 @@ Triangle2* Dt2::locate(const Point2& p)
 {
     if (!hasTriangles() || !std::isfinite(p.x()) || !std::isfinite(p.y()))
         return nullptr;
-    Triangle2* pT = findStartTriangle(p, hilbertCurve.getIndex(p));
-    const int intState = walkToTriangle(&p, pT);
+    const std::uint32_t key = hilbertCurve.getIndex(p);
+    Triangle2* pT = nullptr;
+    const int intState = walkFromNear(p, key, pT);
     if (intState == WALK_INSIDE || intState == WALK_ON_CORNER)
         return pT;
     // A point on a hull edge still belongs to its triangle.
@@ -44,7 +50,7 @@ Triangle2* Dt2::locate(const Point2& p)
 // The vertex inserted last may be nearer than what the vault knows: points often arrive in some order.
 Triangle2* Dt2::findStartTriangle(const Point2& p, std::uint32_t key)
 {
-    const Point2* pNear = vertexVault.findRecent(key);
+    const Point2* pNear = vertexVault.findRecent(key, p);
     if (!pNear)
         pNear = vertexVault.getCT(key)->getCorner(0);
     if (pLastInserted && pLastInserted->getIncidentTriangle() &&
@@ -53,11 +59,22 @@ Triangle2* Dt2::findStartTriangle(const Point2& p, std::uint32_t key)
     return pNear->getIncidentTriangle();
 }
 
+int Dt2::walkFromNear(const Point2& p, std::uint32_t key, Triangle2*& pT)
+{
+    pT = findStartTriangle(p, key);
+    const int intState = walkToTriangle(&p, pT);
+    if (walkSteps > kLongWalk) {
+        vertexVault.noteLongWalk(walkSteps);
+        vertexVault.noteRecent(key, p, pT->getCorner(0));
+    }
+    return intState;
+}
+
 int Dt2::walkToTriangle(const Point2* p, Triangle2*& pT)
 {
     int ith = 0;
     int remaining = 3;
-    std::size_t steps = 0;
+    walkSteps = 0;
     bool bCrossed = false;
     // Ends: every turn either decides an edge of pT, of which there are three, or counts a step.
     for (;;) {
@@ -75,7 +92,7 @@ int Dt2::walkToTriangle(const Point2* p, Triangle2*& pT)
                 if (!bCrossed) {
                     ith = 0;
                     remaining = 3;
-                    if (++steps > kMaxOrderedSteps + numLiveTriangles())
+                    if (++walkSteps > kMaxOrderedSteps + numLiveTriangles())
                         return searchExhaustively(p, pT);
                     continue;
                 }
@@ -93,8 +110,10 @@ int Dt2::walkToTriangle(const Point2* p, Triangle2*& pT)
         ith = next(pNext->getIntraTriangleIndex(pT));
         remaining = 2;
         pT = pNext;
-        if (++steps > kMaxOrderedSteps) {
-            if (steps > kMaxOrderedSteps + numLiveTriangles())
+        prefetchWhole(pT->getOppositeTriangle(ith));
+        prefetchWhole(pT->getOppositeTriangle(next(ith)));
+        if (++walkSteps > kMaxOrderedSteps) {
+            if (walkSteps > kMaxOrderedSteps + numLiveTriangles())
                 return searchExhaustively(p, pT);
             ith = std::rand() % 3;
             remaining = 3;

@@ -16,9 +16,6 @@ constexpr double kLazyFactor = 1.35;
 // at most that many old entries.
 constexpr std::size_t kBatchMergeFraction = 16;
 
-constexpr int kKeyBits = 30; // of the triangulation's curve
-constexpr int kMaxCellBits = 24;
-
 bool keyLess(const VaultEntry& a, const VaultEntry& b)
 {
     return a.key < b.key;
@@ -106,19 +103,15 @@ void VertexVault::updateSortedIndex(bool bLazy)
         std::stable_sort(tail, vIdxVtxAct.end(), keyLess);
     std::inplace_merge(begin, tail, vIdxVtxAct.end(), keyLess);
     maxSortedIndex = static_cast<unsigned int>(vIdxVtxAct.size());
-    vRecentByCell.clear();
+    cells.clear();
 }
 
-// The curve covers a doubled box, so that one stretch per vertex means about four vertices in those that are in use.
 void VertexVault::fillCells()
 {
-    int cellBits = 0;
-    while (cellBits < kMaxCellBits && (std::size_t(1) << cellBits) < vIdxVtxAct.size())
-        ++cellBits;
-    cellShift = kKeyBits - cellBits;
-    vRecentByCell.assign(std::size_t(1) << cellBits, nullptr);
-    for (const VaultEntry& entry : vIdxVtxAct)
-        noteRecent(entry.key, entry.pVtx);
+    if (excessSteps > vIdxVtxAct.size())
+        updateSortedIndex(false);
+    excessSteps = 0;
+    cells.fill(vIdxVtxAct, maxSortedIndex);
 }
 
 void VertexVault::finishBatch(std::size_t firstNew)
@@ -139,7 +132,7 @@ void VertexVault::rekeyAll()
     compact();
     sortEntriesFrom(0);
     maxSortedIndex = static_cast<unsigned int>(vIdxVtxAct.size());
-    vRecentByCell.clear();
+    cells.clear();
 }
 
 void VertexVault::sortEntriesFrom(std::size_t first)

@@ -6,6 +6,7 @@
 #include "core/HC2.h"
 #include "core/Prefetch.h"
 #include "core/SimplePool.h"
+#include "core/VertexCells.h"
 #include "core/VertexMarks.h"
 
 #include <cstddef>
@@ -82,22 +83,30 @@ public:
     /// has triangles. May drop and move entries.
     Triangle2* getCT(std::uint32_t key);
 
-    /// A vertex of the mesh that was noted in the same stretch of the curve, or null. O(1), and unlike getCT() it knows
-    /// the unsorted tail. The first call after sorting takes O(n).
-    Point2* findRecent(std::uint32_t key)
+    /// A vertex of the mesh near a point, or null. O(1), and unlike getCT() it knows the unsorted tail. The first call
+    /// after sorting takes O(n). May drop and move entries.
+    ///
+    /// @param key  of the point
+    Point2* findRecent(std::uint32_t key, const Point2& p)
     {
-        if (vRecentByCell.empty())
+        if (cells.empty() || excessSteps > vIdxVtxAct.size())
             fillCells();
-        Point2* pVtx = vRecentByCell[key >> cellShift];
-        return pVtx && pVtx->getIncidentTriangle() ? pVtx : nullptr;
+        return cells.find(key, p);
     }
 
-    /// Makes a vertex of the mesh the one that findRecent() gives for keys near its own.
-    void noteRecent(std::uint32_t key, Point2* pVtx)
+    /// Makes a vertex of the mesh the one that findRecent() gives for points near its own place.
+    void noteRecent(std::uint32_t key, Point2* pVtx) { noteRecent(key, *pVtx, pVtx); }
+
+    /// The same for points near p.
+    void noteRecent(std::uint32_t key, const Point2& p, Point2* pVtx)
     {
-        if (!vRecentByCell.empty())
-            vRecentByCell[key >> cellShift] = pVtx;
+        if (!cells.empty())
+            cells.note(key, p, pVtx);
     }
+
+    /// Long walks from where findRecent() sent them are paid for once: when they have gone as many steps too many as
+    /// there are entries, looking at all vertices again costs no more than what was spent already.
+    void noteLongWalk(std::size_t steps) { excessSteps += steps; }
 
     /// Merges the unsorted tail and drops duplicate and removed entries.
     ///
@@ -135,11 +144,11 @@ private:
 
     const HC2& curve;
     SimplePool<Point2>& vertexPool;
-    std::size_t pendingDuplicates = 0;  // duplicate entries that size() still counts
-    std::size_t hiddenEntries = 0;      // stale entries that size() no longer counts
-    std::size_t scannedEntries = 0;     // stale entries passed over by look-ups since the last compaction
-    std::vector<Point2*> vRecentByCell; // one vertex for each of 2^k stretches of the curve; filled on demand
-    int cellShift = 0;                  // from a key to its stretch
+    std::size_t pendingDuplicates = 0; // duplicate entries that size() still counts
+    std::size_t hiddenEntries = 0;     // stale entries that size() no longer counts
+    std::size_t scannedEntries = 0;    // stale entries passed over by look-ups since the last compaction
+    std::size_t excessSteps = 0;       // of long walks, since the cells were filled
+    VertexCells cells;                 // filled on demand
 };
 
 template <class Source, class Skip>

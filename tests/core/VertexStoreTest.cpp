@@ -200,3 +200,48 @@ TEST_F(VaultFixture, PointsThatShareAKeyAreOrderedByAFinerCurve)
         length += std::hypot(vault[i].pVtx->x() - vault[i - 1].pVtx->x(), vault[i].pVtx->y() - vault[i - 1].pVtx->y());
     EXPECT_LT(length, 2.0 * std::sqrt(5000.0) * 1e-12); // a random order would be 2600e-12 long
 }
+
+// The fault: keys say nothing about places in a dense cluster, so that every walk crosses half of it.
+TEST_F(VaultFixture, RecentVerticesAreNearInDenseClusters)
+{
+    for (const double x : {0.0, 1.0})
+        for (const double y : {0.0, 1.0})
+            add(x, y);
+    double size = 1e-6;
+    for (int nesting = 0; nesting < 3; ++nesting, size *= 1e-5)
+        for (const Point2& p : uniformPoints(4000, 17))
+            add(0.6 + size * p.x(), 0.6 + size * p.y());
+    for (int i = 0; i < 4000; ++i) // a cluster without extent in one direction
+        add(0.2 + 1e-9 * i, 0.2);
+    vault.updateSortedIndex(false);
+    std::size_t numFar = 0;
+    for (const VaultEntry& entry : vault.vIdxVtxAct) {
+        const Point2& p = *entry.pVtx;
+        const Point2* const pNear = vault.findRecent(entry.key, p);
+        ASSERT_NE(pNear, nullptr);
+        double spacing = 1e-9;
+        for (size = 1e-6; p.x() > 0.5 && p.x() - 0.6 < size; size *= 1e-5)
+            spacing = size / std::sqrt(4000.0);
+        numFar += std::hypot(p.x() - pNear->x(), p.y() - pNear->y()) > 20 * spacing;
+    }
+    EXPECT_LT(numFar, vault.size() / 20);
+}
+
+TEST_F(VaultFixture, LongWalksAndNewVerticesImproveTheStarts)
+{
+    for (int i = 0; i < 8; ++i)
+        add(i / 8.0, (i % 3) / 3.0);
+    vault.updateSortedIndex(false);
+    ASSERT_NE(vault.findRecent(0, Point2(0.0, 0.0)), nullptr);
+    Point2* pNew = nullptr;
+    for (int i = 0; i < 1000; ++i)
+        pNew = add(0.6 + 1e-9 * i, 0.6);
+    const std::uint32_t key = curve.getIndex(*pNew);
+    vault.noteLongWalk(1000000); // the cells are filled anew and know the cluster
+    const Point2* const pNear = vault.findRecent(key, *pNew);
+    EXPECT_LT(pNew->x() - pNear->x(), 1e-7);
+    vault.noteRecent(key, pNew);
+    EXPECT_EQ(vault.findRecent(key, *pNew), pNew);
+    vault.remove(pNew);
+    EXPECT_EQ(vault.findRecent(key, *pNew), nullptr);
+}
