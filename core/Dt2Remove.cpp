@@ -78,6 +78,7 @@ bool Dt2::collectStar(const Point2* pVtx)
         const int i = pT->getIntraTriangleIndex(pVtx);
         prefetchAround(pT, i);
         pT = pT->getOppositeTriangle(bCcw ? next(i) : prev(i));
+        prefetchWhole(pT);
         bClosed = pT && pCcw == pCw;
         if (pT && !bClosed)
             (bCcw ? vStarCcw : vStarCw).push_back(pT);
