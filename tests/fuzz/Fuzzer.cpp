@@ -1,4 +1,5 @@
-// The entry point of libFuzzer. QUOR2D_FUZZ_TARGET is one of the functions of Targets.h.
+// The entry point of libFuzzer. QUOR2D_FUZZ_TARGET is a function that QUOR2D_FUZZ_HEADER declares.
+#include QUOR2D_FUZZ_HEADER
 #include "tests/fuzz/Targets.h"
 
 #include <cstdio>

@@ -13,7 +13,7 @@ namespace quor2d_tool
 namespace
 {
 
-constexpr std::size_t kBlock = std::size_t(1) << 20;
+constexpr std::size_t kBlock = std::size_t(1) << 16;
 
 } // namespace
 

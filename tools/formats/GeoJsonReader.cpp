@@ -221,7 +221,7 @@ bool GeoJsonHandler::start_object(std::size_t)
 
 void GeoJsonHandler::openFeature(Frame& frame)
 {
-    if (!frame.bFeature)
+    if (!frame.bFeature || vFeatures.empty())
         vFeatures.emplace_back();
     frame.bFeature = true;
 }
@@ -380,7 +380,7 @@ bool GeoJsonHandler::parse_error(std::size_t, const std::string&, const nlohmann
     if (text.compare(0, 14, "parse error at") == 0)
         text.erase(0, text.find(": ") + 2);
     for (char& c : text)
-        if (c >= 0 && c < ' ')
+        if ((c >= 0 && c < ' ') || c == 127)
             c = ' ';
     source.fail(text);
 }

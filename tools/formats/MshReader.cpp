@@ -16,6 +16,7 @@ namespace
 {
 
 constexpr std::int64_t kHighestCount = static_cast<std::int64_t>(kMaxCount);
+constexpr std::int64_t kHighestTag = std::int64_t(1) << 62; // leaves room for the tags of new nodes
 constexpr char kNoComment = '\0';
 
 class MshReader
@@ -73,8 +74,9 @@ private:
     void skipToEnd(const std::string& section)
     {
         std::string end = "$End" + section.substr(1);
+        const std::string what = inQuotes(end);
         do { // ends with the section or fails with the input
-            nextLine(end.c_str());
+            nextLine(what.c_str());
         } while (lines.text().substr(0, end.size()) != end);
     }
 
@@ -120,6 +122,8 @@ private:
 
     void readNodes()
     {
+        if (!vNodes.empty())
+            lines.fail("a second section of nodes");
         nextLine("the numbers of nodes");
         std::int64_t numBlocks = lines.integer("the number of blocks", 0, kHighestCount);
         std::int64_t numNodes = lines.integer("the number of nodes", 0, kHighestCount);
@@ -131,7 +135,7 @@ private:
             std::int64_t count = lines.integer("the number of nodes", 0, kHighestCount);
             for (std::int64_t i = 0; i < count; ++i) {
                 nextLine("the tag of a node");
-                std::int64_t tag = lines.integer("tag of the node");
+                std::int64_t tag = lines.integer("tag of the node", 1, kHighestTag);
                 vNodes.push_back({tag, static_cast<std::uint32_t>(vNodes.size())});
             }
             for (std::int64_t i = 0; i < count; ++i) {
