@@ -17,6 +17,23 @@ constexpr std::size_t kMaxZones = 24;
 constexpr int kMaxRefinements = 3; // each makes up to some thousand triangles
 constexpr unsigned int kMaxRefinedPoints = 150;
 
+// A triangle on a border or constraint edge a million times as long as it is high. Where such edges may be split, good
+// angles take so many triangles, and no lower length stops it.
+bool isStrip(const Quor_2D& dt, Triangle2* pT)
+{
+    constexpr double kLongest = 1e6;
+    const Point2 &a = *pT->getCorner(0), &b = *pT->getCorner(1), &c = *pT->getCorner(2);
+    const double twiceArea = (b.x() - a.x()) * (c.y() - a.y()) - (b.y() - a.y()) * (c.x() - a.x());
+    for (int i = 0; i < 3; ++i) {
+        const Point2 &from = *pT->getCorner((i + 1) % 3), &to = *pT->getCorner((i + 2) % 3);
+        const double length = std::hypot(to.x() - from.x(), to.y() - from.y());
+        const bool bBorder = !pT->getOppositeTriangle(i) || dt.isConstraint(pT, i);
+        if (bBorder && !(length <= kLongest * (twiceArea / length)))
+            return true;
+    }
+    return false;
+}
+
 } // namespace
 
 ZoneModel* MeshProgram::someZone()
@@ -138,9 +155,11 @@ void MeshProgram::refineTriangles()
     const bool bAllowSplitting = in.below(2) == 1;
     if (numRefinements >= kMaxRefinements || dt.numberOfPoints() > kMaxRefinedPoints)
         return;
-    ++numRefinements;
     std::vector<Triangle2*> vAll, vTriangles;
     dt.getTrianglePointers(vAll);
+    if (bAllowSplitting && std::any_of(vAll.begin(), vAll.end(), [this](Triangle2* pT) { return isStrip(dt, pT); }))
+        return;
+    ++numRefinements;
     for (std::size_t i = 0; i < vAll.size(); i += stride)
         vTriangles.insert(vTriangles.end(), {vAll[i], nullptr, vAll[i]});
     trace("refine triangles", {});
