@@ -9,7 +9,6 @@
 #include <random>
 #include <string>
 #include <sys/wait.h>
-#include <time.h>
 #include <unistd.h>
 #include <vector>
 
@@ -53,14 +52,6 @@ inline double residentMemory(const std::string& key)
             return kilobytes * 1024;
         }
     return 0;
-}
-
-/// Processor time of this process: other load on the machine disturbs it less than the time on the wall.
-inline double processSeconds()
-{
-    timespec time{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
 }
 
 /// Runs prepare() and then, measured, work(input) in a child process: no run inherits the heap of another. The work
