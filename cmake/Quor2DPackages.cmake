@@ -50,7 +50,8 @@ install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/libquor
 
 if(TARGET quor2d_command)
     quor2d_package(tool quor2d math "Delaunay triangulation and meshing, command line tool"
-                   "Makes meshes of points, lines and polygons, checks them, and converts between formats.")
+                   "Makes meshes of points, lines and polygons, checks them, and converts between\n\
+formats.")
     set(CPACK_DEBIAN_TOOL_PACKAGE_DEPENDS "libquor2d${PROJECT_VERSION_MAJOR} (>= ${PROJECT_VERSION})")
     set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}) # the library is not installed yet
 endif()

@@ -34,18 +34,18 @@ constexpr Example kExamples[] = {
 };
 
 constexpr const char* kDescription =
-    "Equal points become one vertex. Where segments cross or touch they are split, and a crossing gets a vertex, "
-    "rounded to double precision. Coordinates are written with as many digits as it takes to read back the same "
-    "numbers.\n\n"
+    "Coordinates are those of a plane; longitude and latitude are taken as such, so project them first where "
+    "angles and lengths matter. Equal points become one vertex. Where segments cross or touch they are split, and "
+    "a crossing gets a vertex, rounded to double precision. Coordinates are written with as many digits as it "
+    "takes to read back the same numbers.\n\n"
     "Inside is what the polygons cover, holes left out; without polygons it is what the segments keep from the "
-    "outside, but for hole points. A feature makes a region with the number of the feature in the file, counted from "
-    "1; where features overlap the later one wins. Region points of a .poly file number what the segments enclose "
-    "around them.\n\n"
-    "Vertices keep their number in the input, edges the marker or the feature of their segment, wherever the format "
-    "has a place for them.\n\n"
-    "Results go to files or standard output, everything else to standard error: reports of the library, notes, and on "
-    "a "
-    "terminal the progress of steps that take longer than a second.";
+    "outside, but for hole points. A feature makes a region with the number of the feature in the file, counted "
+    "from 1; where features overlap the later one wins. Region points of a .poly file number what the segments "
+    "enclose around them.\n\n"
+    "Vertices keep their number in the input, edges the marker or the feature of their segment, wherever the "
+    "format has a place for them.\n\n"
+    "Results go to files or standard output, everything else to standard error: reports of the library, notes, "
+    "and on a terminal the progress of steps that take longer than a second.";
 
 constexpr const char* kExitStatus[][2] = {
     {"0", "The command did what was asked; a checked mesh is valid and Delaunay."},
