@@ -5,7 +5,7 @@
 . "$(dirname "$0")/lib.sh"
 
 "$quor2d" --print-markdown >tool.md
-cmp tool.md "$root/docs/tool.md" || complain "docs/tool.md is not what --print-markdown prints: write it again"
+cmp tool.md "$root/docs/tool.md" || complain "write it again: quor2d --print-markdown >docs/tool.md"
 
 # Blocks "``` name" become files of that name, "``` name (begin)" the beginning of one.
 awk '/^``` [^ ]+( \(begin\))?$/ { name = $2 ($3 == "" ? "" : ".begin"); next } /^```/ { name = ""; next }
