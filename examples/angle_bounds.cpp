@@ -108,7 +108,7 @@ void drawPart(const std::vector<Triangle2*>& vTriangles, const std::string& file
 void addRectangle(Visualizer2& page, double x0, double y0, double x1, double y1, const Color& color)
 {
     std::array<Point2, 4> aCorners = {Point2(x0, y0), Point2(x1, y0), Point2(x1, y1), Point2(x0, y1)};
-    for (const std::size_t i : {1, 2}) {
+    for (std::size_t i = 1; i <= 2; ++i) {
         Triangle2 half;
         half.setProperties(&aCorners[0], &aCorners[i], &aCorners[i + 1]);
         page.addObject(half, color);

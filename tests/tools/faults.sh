@@ -81,6 +81,31 @@ if [ "$(id -u)" != 0 ]; then
     fault_of "unreadable.xy: Permission denied" "$quor2d" info unreadable.xy
 fi
 
+# ---- cut off anywhere, or with a number that is none: one line or none, never more, and no output left
+printf 'POLYGON ((0 0, 4 0, 4 3, 0 3, 0 0), (1 1, 1 2, 2 2, 1 1))\nLINESTRING (0 0, 1 1)\n' >whole.wkt
+"$quor2d" mesh whole.wkt -q -o whole.node whole.poly whole.geojson whole.obj whole.msh
+for name in whole.wkt whole.node whole.ele whole.geojson whole.obj whole.msh; do
+    format=${name#whole.}
+    command=check
+    [ "$format" != wkt ] || command=info
+    size=$(wc -c <"$name")
+    for i in 1 2 3 4 5 6 7 8 9 10 11 12; do
+        cp whole.node cut.node && cp whole.ele cut.ele
+        head -c $((size * i / 13)) "$name" >"cut.$format"
+        "$quor2d" "$command" "cut.$format" >out 2>err
+        status=$?
+        [ "$status" = 0 ] || [ "$status" = 1 ] || complain "status $status: $command of $name, cut at $i / 13"
+        [ "$(wc -l <err)" = "$status" ] || complain "not one line: $command of $name, cut at $i / 13: $(cat err)"
+    done
+    for number in nan 1e999 -7 99999999999999999999 x; do
+        sed "0,/[ ,]1[ ,]/s/\([ ,]\)1\([ ,]\)/\1$number\2/" "$name" >"cut.$format"
+        "$quor2d" "$command" "cut.$format" >out 2>err
+        status=$?
+        [ "$status" = 0 ] || [ "$status" = 1 ] || complain "status $status: $command of $name with $number"
+        [ "$(wc -l <err)" = "$status" ] || complain "not one line: $command of $name with $number: $(cat err)"
+    done
+done
+
 # ---- a full disk: a limit of 4 blocks on files makes every larger write fail
 seq 1 3000 | awk '{ print $1 % 61, ($1 * $1) % 1009 }' >many.xy
 echo old >kept.obj
