@@ -3,9 +3,7 @@
 #include "Point2.h"
 #include "Quor2DAssert.h"
 #include "constraints/ConstraintMgr.h"
-#include "constraints/EdgeKey.h"
 #include "core/Dt2.h"
-#include "core/Prefetch.h"
 #include "output/Message.h"
 
 #include <algorithm>
@@ -65,7 +63,8 @@ Point2* findLowestLeftmost(const std::vector<ConstraintSegment2*>& vSegments)
 
 ConstraintGraph2::ConstraintGraph2(Dt2* pTriangulation, const std::vector<ConstraintSegment2*>& vSegments,
                                    ConstraintInsertionStrategy strategy)
-    : pDt2(pTriangulation), pPredicates(&pTriangulation->predicates), cis(strategy)
+    : pDt2(pTriangulation), pPredicates(&pTriangulation->predicates), cis(strategy),
+      pSoleOwner(std::make_shared<const ConstraintSegment2::OwnerList>(1, ConstraintSegment2::Owner{this, false}))
 {
     std::vector<ConstraintSegment2*> vWorking;
     vWorking.reserve(vSegments.size());
@@ -78,16 +77,13 @@ ConstraintGraph2::ConstraintGraph2(Dt2* pTriangulation, const std::vector<Constr
             vWorking.push_back(pCSeg);
     }
     vCSegments.reserve(vWorking.size());
-    growIndex(vWorking.size());
     bIsPolygon = checkAndSortPolygon(vWorking);
-    if (bIsPolygon)
-        return;
-    vCSegments.clear();
-    vReverse.clear();
-    std::fill(vCSegReverse.begin(), vCSegReverse.end(), DirectedSegment());
-    numIndexed = 0;
-    for (ConstraintSegment2* pCSeg : vWorking)
-        append(pCSeg, false);
+    if (!bIsPolygon) {
+        vCSegments = vWorking;
+        vReverse.assign(vWorking.size(), false);
+    }
+    for (std::size_t i = 0; i < vCSegments.size(); ++i)
+        vCSegments[i]->addOwner(this, vReverse[i]);
 }
 
 ConstraintGraph2::~ConstraintGraph2() = default;
@@ -145,48 +141,6 @@ void ConstraintGraph2::append(ConstraintSegment2* pCSeg, bool bReverse)
 {
     vCSegments.push_back(pCSeg);
     vReverse.push_back(bReverse);
-    enter(pCSeg, bReverse);
-}
-
-// A segment that the graph holds already keeps its direction. One with the same ends that was split gives way.
-void ConstraintGraph2::enter(ConstraintSegment2* pCSeg, bool bReverse)
-{
-    if (2 * (numIndexed + 1) > vCSegReverse.size())
-        growIndex(2 * numIndexed + 1);
-    DirectedSegment& entry = vCSegReverse[slotOf(pCSeg->getSrc(), pCSeg->getTrg())];
-    if (entry.pCSeg == pCSeg)
-        return;
-    if (!entry.pCSeg)
-        ++numIndexed;
-    entry = DirectedSegment{pCSeg->getSrc(), pCSeg->getTrg(), pCSeg, bReverse};
-}
-
-// The entry of the segment with these ends, or the free one where it belongs. Ends: at most half of them are used.
-std::size_t ConstraintGraph2::slotOf(const Point2* p0, const Point2* p1) const
-{
-    const std::size_t mask = vCSegReverse.size() - 1;
-    std::size_t i = hashOfEdge(p0, p1) & mask;
-    while (vCSegReverse[i].pCSeg && (vCSegReverse[i].p0 != p0 || vCSegReverse[i].p1 != p1))
-        i = (i + 1) & mask;
-    return i;
-}
-
-void ConstraintGraph2::prefetchSlot(const Point2* p0, const Point2* p1) const
-{
-    orderByAddress(p0, p1);
-    prefetch(&vCSegReverse[hashOfEdge(p0, p1) & (vCSegReverse.size() - 1)]);
-}
-
-void ConstraintGraph2::growIndex(std::size_t numSegments)
-{
-    std::size_t size = 16;
-    while (size < 2 * numSegments)
-        size *= 2;
-    std::vector<DirectedSegment> vOld(size);
-    vOld.swap(vCSegReverse);
-    for (const DirectedSegment& entry : vOld)
-        if (entry.pCSeg)
-            vCSegReverse[slotOf(entry.p0, entry.p1)] = entry;
 }
 
 void ConstraintGraph2::getOriginalConstraintSegments(std::vector<ConstraintSegment2*>& vSegments) const
@@ -196,28 +150,15 @@ void ConstraintGraph2::getOriginalConstraintSegments(std::vector<ConstraintSegme
 
 bool ConstraintGraph2::isConstraint(Point2* p0, Point2* p1) const
 {
-    if (!p0 || !p1)
-        return false;
-    orderByAddress(p0, p1);
-    const DirectedSegment& entry = vCSegReverse[slotOf(p0, p1)];
-    return entry.pCSeg && entry.pCSeg->isAlive();
+    const ConstraintSegment2* const pCSeg = pDt2->findConstraintSegment(p0, p1);
+    return pCSeg && pCSeg->findOwner(this);
 }
 
 bool ConstraintGraph2::isReverse(const ConstraintSegment2* pCSeg) const
 {
-    const DirectedSegment& entry = vCSegReverse[slotOf(pCSeg->getSrc(), pCSeg->getTrg())];
-    QUOR2D_ASSERT(entry.pCSeg != nullptr, "q_it!=mCSegReverse.end()");
-    return entry.bReverse;
-}
-
-void ConstraintGraph2::notifySplit(ConstraintSegment2* pCSeg, bool bReverse0, bool bReverse1,
-                                   ConstraintSegment2* pCSeg0, ConstraintSegment2* pCSeg1)
-{
-    QUOR2D_ASSERT(!pCSeg->isAlive(), "!pCSeg->isAlive()");
-    const bool bReverse = isReverse(pCSeg);
-    enter(pCSeg0, bReverse != bReverse0);
-    enter(pCSeg1, bReverse != bReverse1);
-    pDt2->constraintMgr().recordSplit(pCSeg, pCSeg0, pCSeg1);
+    const ConstraintSegment2::Owner* const pOwner = pCSeg->findOwner(this);
+    QUOR2D_ASSERT(pOwner, "q_it!=mCSegReverse.end()");
+    return pOwner && pOwner->bReverse != pCSeg->bOwnersReverse;
 }
 
 // Calls visit(piece, first vertex of the piece in the direction of the graph) in the order of the graph. The direction

@@ -50,8 +50,6 @@ ConstraintMgr::~ConstraintMgr()
 {
     for (ConstraintGraph2* pGraph : vGraphs)
         delete pGraph;
-    for (ConstraintSegment2* pCSeg : vSegments)
-        delete pCSeg;
 }
 
 // ---- building
@@ -77,8 +75,6 @@ ConstraintGraph2* ConstraintMgr::createConstraint(const std::vector<Segment2>& v
     }
     ConstraintGraph2* const pGraph = new ConstraintGraph2(pDt2, vCSegments, cis);
     vGraphs.push_back(pGraph);
-    for (ConstraintSegment2* pCSeg : vCSegments)
-        pCSeg->addOwner(pGraph);
     return pGraph;
 }
 
@@ -95,8 +91,7 @@ ConstraintSegment2* ConstraintMgr::findOrCreateSegment(Point2* p0, Point2* p1, C
 
 ConstraintSegment2* ConstraintMgr::newSegment(Point2* pLower, Point2* pHigher, ConstraintInsertionStrategy cis)
 {
-    vSegments.push_back(nullptr); // first, so that nothing leaks when memory runs out
-    ConstraintSegment2* const pCSeg = vSegments.back() = new ConstraintSegment2(pLower, pHigher, cis);
+    ConstraintSegment2* const pCSeg = &segments.emplace_back(pLower, pHigher, cis);
     pCSeg->pMgr = this;
     return pCSeg;
 }
@@ -125,11 +120,6 @@ void ConstraintMgr::prefetchSplit(const ConstraintSegment2* pCSeg, const Point2*
 {
     segmentIndex.prefetchSlot(pCSeg->getSrc(), pSplit);
     segmentIndex.prefetchSlot(pCSeg->getTrg(), pSplit);
-    for (const ConstraintGraph2* pGraph : pCSeg->sOwners) {
-        pGraph->prefetchSlot(pCSeg->getSrc(), pCSeg->getTrg());
-        pGraph->prefetchSlot(pCSeg->getSrc(), pSplit);
-        pGraph->prefetchSlot(pCSeg->getTrg(), pSplit);
-    }
 }
 
 // ---- queries

@@ -9,6 +9,7 @@
 #include "core/VertexMarks.h"
 
 #include <cstddef>
+#include <deque>
 #include <string>
 #include <unordered_set>
 #include <vector>
@@ -94,9 +95,9 @@ private:
     Dt2* pDt2;
     std::size_t numSplits = 0;
     bool bHasConforming = false;
-    std::vector<ConstraintSegment2*> vSegments; // all nodes of all split trees; what owns them
-    std::vector<ConstraintGraph2*> vGraphs;     // owned
-    SegmentIndex segmentIndex;                  // the alive ones
+    std::deque<ConstraintSegment2> segments; // all nodes of all split trees; they never move
+    std::vector<ConstraintGraph2*> vGraphs;  // owned
+    SegmentIndex segmentIndex;               // the alive ones
     std::unordered_set<const ConstraintSegment2*> sGivenUp;
 };
 

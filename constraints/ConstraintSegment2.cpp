@@ -12,6 +12,7 @@
 #include <functional>
 #include <iostream>
 #include <limits>
+#include <utility>
 
 namespace ZELK_QUOR2D
 {
@@ -24,11 +25,30 @@ ConstraintSegment2::ConstraintSegment2(Point2* p0, Point2* p1, ConstraintInserti
 
 ConstraintSegment2::~ConstraintSegment2() = default;
 
-void ConstraintSegment2::addOwner(ConstraintGraph2* pGraph)
+void ConstraintSegment2::addOwner(ConstraintGraph2* pGraph, bool bReverse)
 {
-    const auto it = std::lower_bound(sOwners.begin(), sOwners.end(), pGraph, std::less<ConstraintGraph2*>());
-    if (it == sOwners.end() || *it != pGraph)
-        sOwners.insert(it, pGraph);
+    if (findOwner(pGraph))
+        return;
+    if (!sOwners) {
+        sOwners = pGraph->pSoleOwner;
+        bOwnersReverse = bReverse;
+        return;
+    }
+    OwnerList vOwners(*sOwners);
+    const auto it = std::find_if(vOwners.begin(), vOwners.end(), [pGraph](const Owner& owner) {
+        return std::less<const ConstraintGraph2*>()(pGraph, owner.pGraph);
+    });
+    vOwners.insert(it, Owner{pGraph, bReverse != bOwnersReverse});
+    sOwners = std::make_shared<const OwnerList>(std::move(vOwners));
+}
+
+const ConstraintSegment2::Owner* ConstraintSegment2::findOwner(const ConstraintGraph2* pGraph) const
+{
+    if (sOwners)
+        for (const Owner& owner : *sOwners)
+            if (owner.pGraph == pGraph)
+                return &owner;
+    return nullptr;
 }
 
 bool ConstraintSegment2::split(Point2* pSplit)
@@ -50,44 +70,46 @@ bool ConstraintSegment2::split(Point2* pSplit)
     ConstraintSegment2* const pCSeg1 = makeChild(pSplit, trg, bReverse1);
     pChild0 = pCSeg0;
     pChild1 = pCSeg1;
-    for (ConstraintGraph2* pGraph : sOwners)
-        pGraph->notifySplit(this, bReverse0, bReverse1, pCSeg0, pCSeg1);
-    if (sOwners.empty() && pMgr)
-        pMgr->recordSplit(this, pCSeg0, pCSeg1);
+    if (ConstraintMgr* const pRegistry = findManager())
+        pRegistry->recordSplit(this, pCSeg0, pCSeg1);
     return true;
 }
 
 // Two objects for one edge would each miss the splits of the other, so an alive segment that overlaps becomes the
-// child. It keeps its own strategy.
+// child. It keeps its own strategy, and its direction in graphs that contain it already.
 ConstraintSegment2* ConstraintSegment2::makeChild(Point2* pFirst, Point2* pSecond, bool bReverse) const
 {
     if (bReverse)
         std::swap(pFirst, pSecond);
     ConstraintMgr* const pRegistry = findManager();
     ConstraintSegment2* pChild = pRegistry ? pRegistry->findSegment(pFirst, pSecond) : nullptr;
-    if (!pChild)
+    if (!pChild) {
         pChild = pRegistry ? pRegistry->newSegment(pFirst, pSecond, cis) : new ConstraintSegment2(pFirst, pSecond, cis);
-    for (ConstraintGraph2* pGraph : sOwners)
-        pChild->addOwner(pGraph);
+        pChild->sOwners = sOwners;
+        pChild->bOwnersReverse = bOwnersReverse != bReverse;
+    } else if (sOwners) {
+        for (const Owner& owner : *sOwners)
+            pChild->addOwner(owner.pGraph, (owner.bReverse != bOwnersReverse) != bReverse);
+    }
     return pChild;
 }
 
 ConstraintMgr* ConstraintSegment2::findManager() const
 {
-    if (pMgr || sOwners.empty())
+    if (pMgr || !sOwners)
         return pMgr;
-    return &sOwners.front()->getDelaunayTriangulation()->constraintMgr();
+    return &sOwners->front().pGraph->getDelaunayTriangulation()->constraintMgr();
 }
 
 bool ConstraintSegment2::splitAndRemovePrev(Point2* pSplit)
 {
     if (!split(pSplit))
         return false;
-    QUOR2D_ASSERT(!sOwners.empty(), "!sOwners.empty()");
-    if (sOwners.empty())
+    QUOR2D_ASSERT(sOwners, "!sOwners.empty()");
+    if (!sOwners)
         return true;
     const double dx = pSplit->x() - src->x(), dy = pSplit->y() - src->y();
-    sOwners.front()->getDelaunayTriangulation()->removeSplitVerticesNear(pSplit, dx * dx + dy * dy);
+    sOwners->front().pGraph->getDelaunayTriangulation()->removeSplitVerticesNear(pSplit, dx * dx + dy * dy);
     return true;
 }
 

@@ -4,7 +4,7 @@
 #include "ConstraintSegment2.h"
 #include "Quor2DExport.h"
 
-#include <cstddef>
+#include <memory>
 #include <vector>
 
 namespace ZELK_QUOR2D
@@ -52,30 +52,13 @@ public:
     /// Replaces the contents of the vector by the alive pieces, in the order of the graph.
     void getAliveSegments(std::vector<ConstraintSegment2*>& vAliveCSeg) const;
 
-    /// Tells the graph that a segment of its own has just been split.
-    ///
-    /// @param bReverse0, bReverse1  whether each child runs against the split segment
-    void notifySplit(ConstraintSegment2* pCSeg, bool bReverse0, bool bReverse1, ConstraintSegment2* pCSeg0,
-                     ConstraintSegment2* pCSeg1);
-
-    /// Fetches ahead what a split will look at for a segment with these ends.
-    void prefetchSlot(const Point2* p0, const Point2* p1) const;
-
     Dt2* getDelaunayTriangulation() const { return pDt2; }
 
 private:
-    struct DirectedSegment {
-        const Point2* p0 = nullptr; // the ends in the order of their addresses
-        const Point2* p1 = nullptr;
-        ConstraintSegment2* pCSeg = nullptr;
-        bool bReverse = false;
-    };
+    friend class ConstraintSegment2;
 
     bool checkAndSortPolygon(const std::vector<ConstraintSegment2*>& vSegments);
     void append(ConstraintSegment2* pCSeg, bool bReverse);
-    void enter(ConstraintSegment2* pCSeg, bool bReverse);
-    std::size_t slotOf(const Point2* p0, const Point2* p1) const;
-    void growIndex(std::size_t numSegments);
     template <class Visitor>
     void forEachAliveSegment(Visitor visit) const;
 
@@ -85,11 +68,7 @@ private:
     std::vector<ConstraintSegment2*> vCSegments; // as they were before any split
     std::vector<bool> vReverse;                  // the direction of each of them
     bool bIsPolygon = false;
-
-    // Every segment of the graph and all its pieces, hashed by their ends: at most half of the entries are used, their
-    // number is a power of two. Of several segments with the same ends, of which at most one can be alive, the latest.
-    std::vector<DirectedSegment> vCSegReverse;
-    std::size_t numIndexed = 0;
+    std::shared_ptr<const ConstraintSegment2::OwnerList> pSoleOwner; // shared by segments that only this graph contains
 };
 
 } // namespace ZELK_QUOR2D

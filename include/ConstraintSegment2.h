@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <iosfwd>
+#include <memory>
 #include <vector>
 
 namespace ZELK_QUOR2D
@@ -39,10 +40,12 @@ public:
     bool isAlive() const { return !pChild0; }
 
     /// The number of graphs that contain this segment or one it is a piece of.
-    std::uint64_t getNumberOfOwners() const { return sOwners.size(); }
+    std::uint64_t getNumberOfOwners() const { return sOwners ? sOwners->size() : 0; }
 
     /// Adding a graph again has no effect.
-    void addOwner(ConstraintGraph2* pGraph);
+    ///
+    /// @param bReverse  whether the graph runs along the segment from target to source
+    void addOwner(ConstraintGraph2* pGraph, bool bReverse = false);
 
     /// A number that clients attach; at first the largest finite double.
     double getAdjacentArea() const { return adjacentArea; }
@@ -71,16 +74,25 @@ public:
     bool operator<(const ConstraintSegment2& other) const;
 
 private:
+    friend class ConstraintGraph2;
     friend class ConstraintMgr;
 
+    struct Owner {
+        ConstraintGraph2* pGraph;
+        bool bReverse; // the graph runs from target to source, or, with bOwnersReverse, from source to target
+    };
+    using OwnerList = std::vector<Owner>; // ascending addresses, each once
+
+    const Owner* findOwner(const ConstraintGraph2* pGraph) const;
     ConstraintSegment2* makeChild(Point2* pFirst, Point2* pSecond, bool bReverse) const;
     ConstraintMgr* findManager() const;
 
     Point2* src;
     Point2* trg;
     ConstraintInsertionStrategy cis;
-    std::vector<ConstraintGraph2*> sOwners; // ascending addresses, each once
-    ConstraintSegment2* pChild0 = nullptr;  // both or none; child 0 has the source, child 1 the target
+    bool bOwnersReverse = false;
+    std::shared_ptr<const OwnerList> sOwners; // pieces of one segment share the list; null for none
+    ConstraintSegment2* pChild0 = nullptr;    // both or none; child 0 has the source, child 1 the target
     ConstraintSegment2* pChild1 = nullptr;
     double adjacentArea;
     ConstraintMgr* pMgr = nullptr; // the owner; null for a segment that a caller made
