@@ -3,12 +3,13 @@
 #include "output/Message.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace ZELK_QUOR2D
 {
 
-// Passes over the segments that are not known to be edges. A pass may knock out an edge that an earlier one made, so
-// at the end all alive segments are looked at again.
+// Passes over the segments that are not known to be edges. A pass may knock out an edge that an earlier one made:
+// those that are known to be in danger are looked at again first, and at the end all alive segments are.
 //
 // Ends: a piece that is visited becomes an edge, is given up, or is split. Every split replaces a segment by two that
 // are shorter: the split point is none of its ends and lies in its box, or hardly beyond (see BesideTest). There are
@@ -17,6 +18,8 @@ namespace ZELK_QUOR2D
 void ConstraintMgr::apply()
 {
     sGivenUp.clear();
+    vInDanger.clear();
+    bApplying = true;
     std::vector<ConstraintSegment2*> vWork, vNext;
     collectWork(vWork);
     const std::size_t numChangesBefore = pDt2->numConstraintChanges;
@@ -26,11 +29,14 @@ void ConstraintMgr::apply()
             insertPending(pCSeg, vNext);
         vWork.swap(vNext);
         vNext.clear();
+        if (vWork.empty())
+            collectMissingOf(std::exchange(vInDanger, {}), vWork);
         // An edge goes only where the mesh has changed, and one that is constrained only through a split.
         if (vWork.empty() && pDt2->numConstraintChanges != numChangesBefore &&
             (bHasConforming || numSplits != numSplitsBefore))
-            collectMissing(vWork);
+            collectMissingOf(collectAlive(), vWork);
     }
+    bApplying = false;
     sGivenUp.clear();
 }
 
@@ -50,14 +56,33 @@ void ConstraintMgr::collectWork(std::vector<ConstraintSegment2*>& vWork) const
     }
 }
 
-// All alive segments that could be edges and are not.
-void ConstraintMgr::collectMissing(std::vector<ConstraintSegment2*>& vWork) const
+std::vector<ConstraintSegment2*> ConstraintMgr::collectAlive()
 {
-    segmentIndex.forEach([&](ConstraintSegment2* pCSeg) {
-        if (isInsertable(pCSeg) && !pDt2->getAdjacentTriangle(pCSeg->getSrc(), pCSeg->getTrg()))
+    std::vector<ConstraintSegment2*> vAlive;
+    for (ConstraintSegment2& segment : segments)
+        if (segment.isAlive())
+            vAlive.push_back(&segment);
+    return vAlive;
+}
+
+// The alive ones among these segments that could be edges and are not.
+void ConstraintMgr::collectMissingOf(const std::vector<ConstraintSegment2*>& vList,
+                                     std::vector<ConstraintSegment2*>& vWork) const
+{
+    for (ConstraintSegment2* pCSeg : vList)
+        if (pCSeg->isAlive() && isInsertable(pCSeg) && !pDt2->getAdjacentTriangle(pCSeg->getSrc(), pCSeg->getTrg()))
             vWork.push_back(pCSeg);
-    });
     sortByEnds(vWork);
+    vWork.erase(std::unique(vWork.begin(), vWork.end()), vWork.end());
+}
+
+void ConstraintMgr::notePiecesInDanger(const ConstraintSegment2* pParentCSeg)
+{
+    ConstraintSegment2 *pCSeg0 = nullptr, *pCSeg1 = nullptr;
+    Point2* pSplit = nullptr;
+    pParentCSeg->getChildrenAndSplitPoint(pCSeg0, pCSeg1, pSplit);
+    noteInDanger(pCSeg0);
+    noteInDanger(pCSeg1);
 }
 
 bool ConstraintMgr::isInsertable(const ConstraintSegment2* pCSeg) const

@@ -45,6 +45,16 @@ public:
     /// an edge. Pieces that cannot be split any further are left out with a warning.
     void apply();
 
+    /// While apply() runs: a change of the mesh may have taken the edge of this segment away.
+    void noteInDanger(ConstraintSegment2* pCSeg)
+    {
+        if (bApplying)
+            vInDanger.push_back(pCSeg);
+    }
+
+    /// The same for the two halves of a segment that was split on the side.
+    void notePiecesInDanger(const ConstraintSegment2* pParentCSeg);
+
     /// Leaves a piece alone until the next apply().
     void giveUp(const ConstraintSegment2* pCSeg) { sGivenUp.insert(pCSeg); }
 
@@ -90,7 +100,8 @@ private:
     bool isInsertable(const ConstraintSegment2* pCSeg) const;
     void collectWork(std::vector<ConstraintSegment2*>& vWork) const;
     static void sortByEnds(std::vector<ConstraintSegment2*>& vList);
-    void collectMissing(std::vector<ConstraintSegment2*>& vWork) const;
+    std::vector<ConstraintSegment2*> collectAlive();
+    void collectMissingOf(const std::vector<ConstraintSegment2*>& vList, std::vector<ConstraintSegment2*>& vWork) const;
 
     Dt2* pDt2;
     std::size_t numSplits = 0;
@@ -98,6 +109,8 @@ private:
     std::deque<ConstraintSegment2> segments; // all nodes of all split trees; they never move
     std::vector<ConstraintGraph2*> vGraphs;  // owned
     SegmentIndex segmentIndex;               // the alive ones
+    bool bApplying = false;
+    std::vector<ConstraintSegment2*> vInDanger; // while applying; with repetitions
     std::unordered_set<const ConstraintSegment2*> sGivenUp;
 };
 

@@ -50,6 +50,8 @@ void Dt2::insertConstraintSegmentIgnoreDelaunay(ConstraintSegment2* pCSeg)
             vStack.push_back(pCSeg0);
         } else if (pPiece->getCIS() == CIS_CONSTRAINED_DELAUNAY) { // it may share a piece with a conforming segment
             insertPiece(pPiece);
+        } else {
+            constraintMgr().noteInDanger(pPiece);
         }
     }
 }

@@ -73,8 +73,13 @@ void Dt2::destroyConstraints()
 
 bool Dt2::isLockedSegment(const Triangle2* pT, int ith) const
 {
-    const ConstraintSegment2* const pCSeg = findConstraintSegment(pT->getCorner(next(ith)), pT->getCorner(prev(ith)));
-    return pCSeg && isLocked(pCSeg);
+    ConstraintSegment2* const pCSeg = findConstraintSegment(pT->getCorner(next(ith)), pT->getCorner(prev(ith)));
+    if (!pCSeg)
+        return false;
+    if (isLocked(pCSeg))
+        return true;
+    pConstraintMgr->noteInDanger(pCSeg);
+    return false;
 }
 
 bool Dt2::isLocked(const ConstraintSegment2* pCSeg) const
@@ -93,14 +98,18 @@ bool Dt2::isKeptByConstraint(const Triangle2* pT)
         pSegmentUnderVertex = pCSeg;
         return false;
     }
-    return isLocked(pCSeg);
+    if (isLocked(pCSeg))
+        return true;
+    pConstraintMgr->noteInDanger(pCSeg);
+    return false;
 }
 
 void Dt2::splitSegmentUnder(Point2* pVtx)
 {
     ConstraintSegment2* const pCSeg = pSegmentUnderVertex;
     pSegmentUnderVertex = nullptr;
-    pCSeg->split(pVtx);
+    if (pCSeg->split(pVtx))
+        pConstraintMgr->notePiecesInDanger(pCSeg);
 }
 
 } // namespace ZELK_QUOR2D

@@ -49,6 +49,7 @@ bool Dt2::splitAtCrossing(ConstraintSegment2* pCSeg, ConstraintSegment2* pOther,
         pCSeg->split(pSplitThis);
     if (pSplitOther) {
         pOther->split(pSplitOther);
+        constraintMgr().notePiecesInDanger(pOther);
         restoreFormerEdge(pOther->getSrc(), pOther->getTrg());
     }
     if (!pSplitThis && !pSplitOther)
