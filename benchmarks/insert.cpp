@@ -1,8 +1,7 @@
 // How does insertion grow with the number of points, and how does it fare on awkward input?
 // Usage: insert [rounds]
+#include "benchmarks/PointInputs.h"
 #include "benchmarks/QuorInsert.h"
-
-#include <cmath>
 
 namespace
 {
@@ -14,8 +13,8 @@ using Points = std::vector<Point2>;
 void report(const char* title, const bench::Series& series, std::size_t numPoints)
 {
     const auto n = static_cast<double>(numPoints);
-    std::printf("%-44s %8zu points  %8.3f s  %8.3f us/point  %7.1f bytes/point\n", title, numPoints, series.seconds(),
-                series.seconds() / n * 1e6, series.bytes() / n);
+    std::printf("| %s | %zu | %.3f | %.3f | %.0f |\n", title, numPoints, series.seconds(), series.seconds() / n * 1e6,
+                series.bytes() / n);
 }
 
 template <class Work>
@@ -50,15 +49,6 @@ Points withOutlier(Points vPoints)
     return vPoints;
 }
 
-Points grid(int side)
-{
-    Points vPoints;
-    for (int y = 0; y < side; ++y)
-        for (int x = 0; x < side; ++x)
-            vPoints.emplace_back(x, y);
-    return vPoints;
-}
-
 Points lineAndApex(int n)
 {
     Points vPoints;
@@ -76,14 +66,6 @@ Points apexAndLine(int n)
     return vPoints;
 }
 
-Points circle(int n)
-{
-    Points vPoints;
-    for (int i = 0; i < n; ++i)
-        vPoints.emplace_back(std::cos(i * 6.28318530717958648 / n), std::sin(i * 6.28318530717958648 / n));
-    return vPoints;
-}
-
 } // namespace
 
 int main(int argc, char** argv)
@@ -93,11 +75,9 @@ int main(int argc, char** argv)
         run("batch, uniform", rounds, bench::toPoints(bench::uniformCoordinates(n)), insertBatch);
     const Points vUniform = bench::toPoints(bench::uniformCoordinates(100000));
     run("batch, uniform and one far outlier", rounds, withOutlier(vUniform), insertBatch);
-    run("batch, grid", rounds, grid(1000), insertBatch);
-    run("batch, circle", rounds, circle(100000), insertBatch);
     run("batch, line and one point off it", rounds, lineAndApex(1000000), insertBatch);
     run("one by one, uniform", rounds, vUniform, insertOneByOne);
-    run("one by one, grid row by row", rounds, grid(316), insertOneByOne);
+    run("one by one, grid row by row", rounds, bench::toPoints(bench::gridCoordinates(316)), insertOneByOne);
     run("one by one, line and then a point off it", rounds, lineAndApex(100000), insertOneByOne);
     run("one by one, apex and then a line", rounds, apexAndLine(100000), insertOneByOne);
     return EXIT_SUCCESS;
