@@ -4,6 +4,7 @@
 #include "Quor2DAssert.h"
 #include "constraints/ConstraintMgr.h"
 #include "core/Dt2.h"
+#include "core/Guarded.h"
 #include "output/Message.h"
 
 #include <algorithm>
@@ -145,7 +146,7 @@ void ConstraintGraph2::append(ConstraintSegment2* pCSeg, bool bReverse)
 
 void ConstraintGraph2::getOriginalConstraintSegments(std::vector<ConstraintSegment2*>& vSegments) const
 {
-    vSegments = vCSegments;
+    guarded([&] { vSegments = vCSegments; });
 }
 
 bool ConstraintGraph2::isConstraint(Point2* p0, Point2* p1) const
@@ -190,13 +191,17 @@ void ConstraintGraph2::forEachAliveSegment(Visitor visit) const
 void ConstraintGraph2::getAliveSegments(std::vector<ConstraintSegment2*>& vAliveCSeg) const
 {
     vAliveCSeg.clear();
-    forEachAliveSegment([&vAliveCSeg](ConstraintSegment2* pCSeg, Point2*) { vAliveCSeg.push_back(pCSeg); });
+    guarded([&] {
+        forEachAliveSegment([&vAliveCSeg](ConstraintSegment2* pCSeg, Point2*) { vAliveCSeg.push_back(pCSeg); });
+    });
 }
 
 void ConstraintGraph2::getPolygonVertices(std::vector<Point2*>& vVertices) const
 {
     vVertices.clear();
-    forEachAliveSegment([&vVertices](ConstraintSegment2*, Point2* pFirst) { vVertices.push_back(pFirst); });
+    guarded([&] {
+        forEachAliveSegment([&vVertices](ConstraintSegment2*, Point2* pFirst) { vVertices.push_back(pFirst); });
+    });
 }
 
 } // namespace ZELK_QUOR2D

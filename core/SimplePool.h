@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Quor2DAssert.h"
-#include "core/BlockAllocation.h"
+#include "core/AscendingMemory.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -26,11 +26,6 @@ public:
     static constexpr int kMaximumBlock = static_cast<int>(100000000 / sizeof(T));
 
     SimplePool() = default;
-    ~SimplePool()
-    {
-        for (T* pBlock : vBlocks)
-            freeBlock(pBlock);
-    }
     SimplePool(const SimplePool&) = delete;
     SimplePool& operator=(const SimplePool&) = delete;
 
@@ -123,7 +118,7 @@ private:
     void addBlock(int requestedSize)
     {
         const int size = requestedSize < 0 ? chooseBlockSize() : requestedSize;
-        T* pBlock = static_cast<T*>(allocateBlock(static_cast<std::size_t>(size) * sizeof(T)));
+        T* pBlock = static_cast<T*>(memory.allocate(static_cast<std::size_t>(size) * sizeof(T)));
         if (!pBlock)
             fail("SimplePool::alloc(..), ERROR: Out of memory, sorry");
         fullBlocks += static_cast<std::size_t>(currentCapacity);
@@ -134,6 +129,8 @@ private:
         currentIndex = -1;
     }
 
+    // 2^26 elements have ascending addresses, about 33 million vertices' triangles.
+    AscendingMemory memory{sizeof(T) << 26};
     std::vector<T*> vBlocks;
     std::vector<int> vSizes;
     T* pCurrent = nullptr;

@@ -42,7 +42,7 @@ public:
     std::size_t numberOfConstraintGraphs() const { return vConstraintGraphs.size(); }
 
     /// Replaces the contents of the vector by the graphs that bound the zone.
-    void getConstraintGraphs(std::vector<ConstraintGraph2*>& vGraphs) const { vGraphs = vConstraintGraphs; }
+    void getConstraintGraphs(std::vector<ConstraintGraph2*>& vGraphs) const;
 
     /// The only constraint graph; null when there is none, and null with a warning when there are several.
     ConstraintGraph2* getConstraintGraph() const;

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <iostream>
+#include <mutex>
 #include <unordered_map>
 
 namespace ZELK_QUOR2D
@@ -24,6 +25,8 @@ std::unordered_map<std::string, Clock::time_point>& runningTimers()
 
 double timer(const std::string& name)
 {
+    static std::mutex mutex; // the only state that triangulations in several threads would share
+    const std::lock_guard<std::mutex> lock(mutex);
     auto& mStart = runningTimers();
     const auto it = mStart.find(name);
     if (it == mStart.end()) {

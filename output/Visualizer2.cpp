@@ -1,6 +1,7 @@
 #include "Visualizer2.h"
 
 #include "Triangle2.h"
+#include "core/Guarded.h"
 #include "output/TextWriter.h"
 
 #include <algorithm>
@@ -170,25 +171,25 @@ Visualizer2::Visualizer2(std::string name) : colorCurrent(noColor()), filename(s
 void Visualizer2::addObject(const Segment2& segment, const Color& color)
 {
     if (isFinite(segment.getSrc()) && isFinite(segment.getTrg()))
-        vSegments.emplace_back(segment, color);
+        guarded([&] { vSegments.emplace_back(segment, color); });
 }
 
 void Visualizer2::addObject(const Circle2& circle, const Color& color)
 {
     if (isFinite(circle.getCenter()) && std::isfinite(circle.getRadius()))
-        vCircles.emplace_back(circle, color);
+        guarded([&] { vCircles.emplace_back(circle, color); });
 }
 
 void Visualizer2::addObject(const Point2& point, const Color& color)
 {
     if (isFinite(point))
-        vPoints.emplace_back(point, color);
+        guarded([&] { vPoints.emplace_back(point, color); });
 }
 
 void Visualizer2::addObject(const Label& label, const Color& color)
 {
     if (isFinite(label.getPosition()))
-        vLabels.emplace_back(label, color);
+        guarded([&] { vLabels.emplace_back(label, color); });
 }
 
 void Visualizer2::addObject(const Triangle2& triangle, const Color& color)
@@ -197,8 +198,10 @@ void Visualizer2::addObject(const Triangle2& triangle, const Color& color)
     for (int i = 0; i < 3; ++i)
         if (!triangle.getCorner(i) || !isFinite(*triangle.getCorner(i)))
             return;
-    vTriangles.emplace_back(
-        std::array<Point2, 3>{*triangle.getCorner(0), *triangle.getCorner(1), *triangle.getCorner(2)}, color);
+    guarded([&] {
+        vTriangles.emplace_back(
+            std::array<Point2, 3>{*triangle.getCorner(0), *triangle.getCorner(1), *triangle.getCorner(2)}, color);
+    });
 }
 
 void Visualizer2::addObject(std::vector<Triangle2*> vMeshTriangles, const Color& color)

@@ -57,6 +57,11 @@ ConstraintGraph2* Zone2::getConstraintGraph() const
     return vConstraintGraphs.empty() ? nullptr : vConstraintGraphs.front();
 }
 
+void Zone2::getConstraintGraphs(std::vector<ConstraintGraph2*>& vGraphs) const
+{
+    guarded([&] { vGraphs = vConstraintGraphs; });
+}
+
 void Zone2::getTriangles(std::vector<Triangle2*>& vTriangles) const
 {
     vTriangles.clear();
