@@ -91,6 +91,19 @@ void VertexVault::compact()
     pendingDuplicates = hiddenEntries = scannedEntries = 0;
 }
 
+// Stable, linear time.
+void VertexVault::sortByKeyFrom(std::size_t first)
+{
+    const std::vector<VaultEntry> vOld(vIdxVtxAct.begin() + static_cast<std::ptrdiff_t>(first), vIdxVtxAct.end());
+    std::vector<CurveItem> vItems(vOld.size());
+    for (std::size_t i = 0; i < vOld.size(); ++i)
+        vItems[i] = makeCurveItem(vOld[i].key, static_cast<std::uint32_t>(i));
+    std::vector<CurveItem> vScratch;
+    sortByKey(vItems.data(), vItems.size(), vScratch);
+    for (std::size_t i = 0; i < vItems.size(); ++i)
+        vIdxVtxAct[first + i] = vOld[positionOf(vItems[i])];
+}
+
 void VertexVault::updateSortedIndex(bool bLazy)
 {
     if (bLazy && static_cast<double>(vIdxVtxAct.size()) <= kLazyFactor * static_cast<double>(maxSortedIndex))
@@ -100,7 +113,7 @@ void VertexVault::updateSortedIndex(bool bLazy)
     const auto begin = vIdxVtxAct.begin();
     const auto tail = begin + maxSortedIndex;
     if (!std::is_sorted(tail, vIdxVtxAct.end(), keyLess))
-        std::stable_sort(tail, vIdxVtxAct.end(), keyLess);
+        sortByKeyFrom(maxSortedIndex);
     std::inplace_merge(begin, tail, vIdxVtxAct.end(), keyLess);
     maxSortedIndex = static_cast<unsigned int>(vIdxVtxAct.size());
     cells.clear();

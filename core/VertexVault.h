@@ -139,6 +139,7 @@ private:
     Triangle2* findTriangleNear(std::size_t index);
     void reportUnsorted(std::size_t lower, std::size_t upper, std::uint32_t key) const;
     void reserveFor(std::size_t numNewEntries);
+    void sortByKeyFrom(std::size_t first);
     void fillCells();
     bool isStale(const VaultEntry& entry) const { return entry.duplicate || (entry.pVtx->marks & VM_REMOVED); }
 

@@ -138,7 +138,7 @@ void Dt2::refine(RefineParams* pRefineParams)
         return;
     mLastRefinements[pRefineParams->pZone] =
         LastRefinement{pRefineParams->minEdgeLength, pRefineParams->bAllowConstraintSplitting};
-    RefineZone zoneTriangles;
+    RefineZone zoneTriangles(*this);
     runRefinement(zoneTriangles, pRefineParams);
 }
 
@@ -147,7 +147,7 @@ void Dt2::refineSpecificTriangles(const std::vector<Triangle2*>& vTriangles, boo
     applyConstraintsAndZones();
     if (!fullDimensional || !hasTriangles())
         return;
-    RefineZone zoneTriangles;
+    RefineZone zoneTriangles(*this);
     zoneTriangles.bGrows = true;
     std::vector<Triangle2*> vAlive;
     for (Triangle2* pT : vTriangles)
@@ -230,6 +230,7 @@ void Dt2::uniformRefinement(RefineZone& zoneTriangles, std::vector<RefineCandida
     for (std::size_t i = 0; i < vOpen.size(); ++i)
         refineLater(i);
     zoneTriangles.takeNew(zoneTriangles.vTested);
+    zoneTriangles.reserveOpen(zoneTriangles.vTested.size());
     for (std::size_t i = 0; i < zoneTriangles.vTested.size(); ++i) {
         prefetchTriangles(zoneTriangles.vTested, i);
         Triangle2* const pT = zoneTriangles.vTested[i];

@@ -1,5 +1,7 @@
 #include "refine/RefineZone.h"
 
+#include "core/Dt2.h"
+
 #include <algorithm>
 #include <cstring>
 
@@ -19,8 +21,6 @@ void RefineZone::set(Triangle2* pT, bool bMember)
         pT->marks = 0;
         return;
     }
-    if (!(pT->marks & TM_IN_ZONE))
-        vMarked.push_back(pT);
     if (!(pT->marks & TM_NEW))
         vNew.push_back(pT);
     pT->marks = TM_IN_ZONE | TM_NEW;
@@ -50,6 +50,13 @@ void RefineZone::dropChanged()
                 vOpen.end());
 }
 
+void RefineZone::reserveOpen(std::size_t numMore)
+{
+    const std::size_t needed = vOpen.size() + numMore;
+    if (needed > vOpen.capacity())
+        vOpen.reserve(std::max(needed, 2 * vOpen.capacity()));
+}
+
 // The upper halves of positive numbers, read as integers, are in the order of the numbers.
 void RefineZone::addToOrder(std::size_t place)
 {
@@ -76,9 +83,7 @@ void RefineZone::sortOrder()
 
 void RefineZone::clear()
 {
-    for (Triangle2* pT : vMarked)
-        pT->marks = 0;
-    vMarked.clear();
+    dt.forEachTriangle([](Triangle2* pT) { pT->marks = 0; });
     vNew.clear();
     vOpen.clear();
 }

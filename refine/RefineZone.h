@@ -13,6 +13,7 @@ namespace ZELK_QUOR2D
 {
 
 class ConstraintSegment2;
+class Dt2;
 
 /// The triangles under refinement, kept up to date while the mesh changes, and which of them are new.
 ///
@@ -20,12 +21,12 @@ class ConstraintSegment2;
 class RefineZone
 {
 public:
-    RefineZone() = default;
+    explicit RefineZone(const Dt2& triangulation) : dt(triangulation) {}
     ~RefineZone() { clear(); }
     RefineZone(const RefineZone&) = delete;
     RefineZone& operator=(const RefineZone&) = delete;
 
-    /// Exactly these triangles, all of them new.
+    /// Exactly these triangles, all of them new. Time: that of a look at all triangles of the triangulation.
     void assign(const std::vector<Triangle2*>& vTriangles);
 
     static bool contains(const Triangle2* pT) { return pT && (pT->marks & TM_IN_ZONE); }
@@ -44,6 +45,9 @@ public:
     /// Takes candidates out of vOpen whose triangles have changed.
     void dropChanged();
 
+    /// Makes room in vOpen. To grow step by step would move the candidates several times.
+    void reserveOpen(std::size_t numMore);
+
     /// Enters a candidate of vOpen in vOrder.
     void addToOrder(std::size_t place);
 
@@ -61,8 +65,8 @@ public:
     std::size_t numPasses = 0;
 
 private:
-    std::vector<Triangle2*> vNew;    // holds every triangle with TM_NEW, perhaps others
-    std::vector<Triangle2*> vMarked; // the same for TM_IN_ZONE
+    const Dt2& dt;
+    std::vector<Triangle2*> vNew; // holds every triangle with TM_NEW, perhaps others
     std::vector<CurveItem> vScratch;
 };
 
