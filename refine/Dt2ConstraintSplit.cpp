@@ -176,8 +176,8 @@ bool Dt2::splitIllegalPiece(RefineZone& zoneTriangles, ConstraintSegment2* pCSeg
         return false;
     const Point2 middle(middleOf(src->x(), trg->x()), middleOf(src->y(), trg->y()));
     if (std::sqrt(squaredDistance(*src, *trg)) < 2.0 * pRefineParams->edgeFloor || middle == *src || middle == *trg ||
-        findSparedCorner(*this, pLeft, inLeft, pLeft, shortestEdge(pLeft)) ||
-        findSparedCorner(*this, pRight, inRight, pRight, shortestEdge(pRight)))
+        findSparedCorner(*pRefineParams, pLeft, inLeft, pLeft, shortestEdge(pLeft)) ||
+        findSparedCorner(*pRefineParams, pRight, inRight, pRight, shortestEdge(pRight)))
         return false;
     splitConstraintAt(zoneTriangles, pCSeg, middle, pLeft, inLeft, squaredDistance(*src, middle));
     return true;
@@ -209,7 +209,7 @@ bool Dt2::evenOutCorners(RefineZone& zoneTriangles, const RefineParams* pRefineP
 bool Dt2::evenOutCorner(RefineZone& zoneTriangles, Point2* pCorner, const RefineParams* pRefineParams)
 {
     std::vector<Point2*> vEnds;
-    findUnevenPieces(*this, pCorner, pRefineParams->minAngleDegree, vEnds);
+    findUnevenPieces(*pRefineParams, pCorner, vEnds);
     double squaredLength = std::numeric_limits<double>::max();
     for (const Point2* pEnd : vEnds)
         squaredLength = std::min(squaredLength, squaredDistance(*pCorner, *pEnd));

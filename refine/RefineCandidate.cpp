@@ -114,37 +114,41 @@ bool RefineCandidate::isWorthwhile(const RefineParams& params)
                                                                           pContainingT->getCorner(prev(splitIndex));
         if (!pDt->isConstraint(p0, p1) || distance(*p0, *p1) < 2.0 * params.edgeFloor)
             return false;
-        pSparedCorner = findSparedCorner(*pDt, pContainingT, splitIndex, pTriangle, std::sqrt(aSqLengths[0]));
+        pSparedCorner = findSparedCorner(params, pContainingT, splitIndex, pTriangle, std::sqrt(aSqLengths[0]));
         return !pSparedCorner;
     }
     case SPLIT_AT_CORNER:
     case SPLIT_LOST:
         return false;
     case SPLIT_NONE:
-        if (circumRadius < params.edgeFloor)
-            return false;
-        pSparedCorner = findCrowdedCorner();
-        return !pSparedCorner;
+        return circumRadius >= params.edgeFloor && isWorthInserting(params);
     default:
         reportError("RefineCandidate::needRefinement", "bug, unexpected case");
         return false;
     }
 }
 
-// The sharp corner, if any, with a piece so close to the point that a sliver would be all it makes: the point sees the
-// piece under more than 120 degrees, and the piece must not be split for it.
-Point2* RefineCandidate::findCrowdedCorner() const
+// A point that sees a piece at a sharp corner under more than 120 degrees makes a sliver with it. If the piece must not
+// be split for this triangle nothing is done. If it may, it is split at once: for the sliver it might not be.
+bool RefineCandidate::isWorthInserting(const RefineParams& params)
 {
+    const double shortest = std::sqrt(aSqLengths[0]);
     for (int i = 0; i < 3; ++i) {
-        Point2 *const p0 = pContainingT->getCorner(next(i)), *const p1 = pContainingT->getCorner(prev(i));
-        const double dot = (p0->x() - steinerPoint.x()) * (p1->x() - steinerPoint.x()) +
-                           (p0->y() - steinerPoint.y()) * (p1->y() - steinerPoint.y());
-        if (dot >= -0.5 * distance(*p0, steinerPoint) * distance(*p1, steinerPoint) || !pDt->isConstraint(p0, p1))
+        const Point2 &p0 = *pContainingT->getCorner(next(i)), &p1 = *pContainingT->getCorner(prev(i));
+        const double dot = (p0.x() - steinerPoint.x()) * (p1.x() - steinerPoint.x()) +
+                           (p0.y() - steinerPoint.y()) * (p1.y() - steinerPoint.y());
+        if (dot >= -0.5 * distance(p0, steinerPoint) * distance(p1, steinerPoint) ||
+            !pDt->isConstraint(pContainingT, i))
             continue;
-        if (Point2* const pCorner = findSparedCorner(*pDt, pContainingT, i, pTriangle, std::sqrt(aSqLengths[0])))
-            return pCorner;
+        pSparedCorner = findSparedCorner(params, pContainingT, i, pTriangle, shortest);
+        if (pSparedCorner)
+            return false;
+        if (isSplitForOthersOnly(params, pContainingT, i, shortest)) {
+            splitIndex = i;
+            return params.bAllowConstraintSplitting && distance(p0, p1) >= 2.0 * params.edgeFloor;
+        }
     }
-    return nullptr;
+    return true;
 }
 
 bool RefineCandidate::hasSmallInputAngle(double minAngleDegree) const

@@ -57,7 +57,7 @@ public:
 
 private:
     bool isWorthwhile(const RefineParams& params);
-    Point2* findCrowdedCorner() const;
+    bool isWorthInserting(const RefineParams& params);
     void walk();
     int findExit(int ith, int numEdges, bool& bOnEdge) const;
     int findBlockingEdgeUnderPoint() const;

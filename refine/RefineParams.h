@@ -25,6 +25,7 @@ struct RefineParams {
     double sqMinEdgeLength;
     double sqMaxEdgeLength;    // infinite when the square overflows
     double maxRadiusEdgeRatio; // circumradius over shortest edge, as the angle bound asks
+    double sharpCosine;        // of the angle below which constraints count as a sharp corner, see SharpCorner.h
 
     /// What Delaunay refinement does not undercut where the bounds can be met at all: at least minEdgeLength. Set when
     /// the triangles are known.

@@ -4,6 +4,7 @@
 #include "core/Dt2.h"
 #include "core/IncidentTriangles.h"
 #include "geometry/TriangleIndex.h"
+#include "refine/RefineParams.h"
 #include "refine/RefineZone.h"
 
 #include <algorithm>
@@ -14,9 +15,6 @@ namespace ZELK_QUOR2D
 
 namespace
 {
-
-// Below 60 degrees the pieces at a corner encroach on each other.
-constexpr double kSharpCosine = 0.5;
 
 // A piece is halved when it is this much longer than its neighbour; the two are then as near to each other in length as
 // halving can bring them.
@@ -64,7 +62,7 @@ struct Sibling {
 // and the zone lies between
 //
 // @param pT  the triangle at the piece on that side
-Sibling findSibling(const Dt2& dt, const CornerPiece& piece, const Triangle2* pT, bool bCounterclockwise)
+Sibling findSibling(const RefineParams& params, const CornerPiece& piece, const Triangle2* pT, bool bCounterclockwise)
 {
     // Ends: the angle grows with every turn.
     while (RefineZone::contains(pT)) {
@@ -72,20 +70,22 @@ Sibling findSibling(const Dt2& dt, const CornerPiece& piece, const Triangle2* pT
         Point2* const pEnd = pT->getCorner(bCounterclockwise ? prev(i) : next(i));
         const double dx = pEnd->x() - piece.pCorner->x(), dy = pEnd->y() - piece.pCorner->y();
         if (!(piece.dx * dx + piece.dy * dy > 0.0) ||
-            !(cosineBetween(piece, CornerPiece(piece.pCorner, pEnd)) > kSharpCosine))
+            !(cosineBetween(piece, CornerPiece(piece.pCorner, pEnd)) > params.sharpCosine))
             break;
         const int ith = bCounterclockwise ? next(i) : prev(i);
-        if (dt.isConstraint(pT, ith))
+        if (params.pDt->isConstraint(pT, ith))
             return Sibling{pEnd, pT->getOppositeTriangle(ith)};
         pT = pT->getOppositeTriangle(ith);
     }
     return Sibling();
 }
 
-// Whether a corner of the triangle is an end of some other constraint than the two pieces and what continues the
-// sibling: the reason to split then lies there.
+// Whether a corner of the triangle, if there is one, is an end of some other constraint than the two pieces and what
+// continues the sibling: the reason to split then lies there.
 bool touchesOtherConstraint(const Triangle2* pTriangle, const CornerPiece& piece, const CornerPiece& sibling)
 {
+    if (!pTriangle)
+        return false;
     for (int i = 0; i < 3; ++i) {
         const CornerPiece way{piece.pCorner, pTriangle->getCorner(i)};
         if (way.pEnd == piece.pCorner || way.pEnd == piece.pEnd || !Dt2::isConstraintVertex(way.pEnd))
@@ -98,24 +98,25 @@ bool touchesOtherConstraint(const Triangle2* pTriangle, const CornerPiece& piece
 }
 
 // The shortest constraint piece at the far end, apart from the piece itself.
-double shortestNextPiece(const Dt2& dt, const CornerPiece& piece)
+double shortestNextPiece(const RefineParams& params, const CornerPiece& piece)
 {
     double shortest = piece.length;
     for (IncidentTriangles around(piece.pEnd); !around.atEnd(); around.advance())
         for (const Point2* p : {around.nextCorner(), around.prevCorner()})
-            if (p != piece.pCorner && dt.isConstraint(piece.pEnd, p))
+            if (p != piece.pCorner && params.pDt->isConstraint(piece.pEnd, p))
                 shortest = std::min(shortest, distance(piece.pEnd, p));
     return shortest;
 }
 
 // The largest cosine between neighbours among the pieces that sharp angles join to this one, to one side.
-double largestCosineBeside(const Dt2& dt, const CornerPiece& piece, const Triangle2* pT, bool bCounterclockwise)
+double largestCosineBeside(const RefineParams& params, const CornerPiece& piece, const Triangle2* pT,
+                           bool bCounterclockwise)
 {
     double largest = -1.0;
     CornerPiece current = piece;
     // Ends: goes round the corner once.
     do {
-        const Sibling sibling = findSibling(dt, current, pT, bCounterclockwise);
+        const Sibling sibling = findSibling(params, current, pT, bCounterclockwise);
         if (!sibling.pEnd)
             break;
         const CornerPiece following(piece.pCorner, sibling.pEnd);
@@ -129,7 +130,7 @@ double largestCosineBeside(const Dt2& dt, const CornerPiece& piece, const Triang
 // What may make a split cut off the tip at one end of a piece: the triangles on both sides of it, and which of them is
 // on the side of the triangle that asks for the split.
 struct TipQuestion {
-    const Dt2& dt;
+    const RefineParams& params;
     CornerPiece piece;
     const Triangle2* pAsking;
     const Triangle2* pBeyond;
@@ -140,8 +141,8 @@ struct TipQuestion {
 // is as long as the smallest of the angles lets it be.
 bool makesShorterEdge(const TipQuestion& q, double shortest)
 {
-    const double cosine = std::max(largestCosineBeside(q.dt, q.piece, q.pAsking, q.bAskingIsLeft),
-                                   largestCosineBeside(q.dt, q.piece, q.pBeyond, !q.bAskingIsLeft));
+    const double cosine = std::max(largestCosineBeside(q.params, q.piece, q.pAsking, q.bAskingIsLeft),
+                                   largestCosineBeside(q.params, q.piece, q.pBeyond, !q.bAskingIsLeft));
     return q.piece.length * std::sqrt(0.5 - 0.5 * cosine) < shortest;
 }
 
@@ -155,10 +156,10 @@ bool cutsOffTip(const TipQuestion& q, const Triangle2* pTriangle, double shortes
         return piece.length < kBalance * sibling.length && makesShorterEdge(q, shortest) &&
                !touchesOtherConstraint(pTriangle, piece, sibling);
     };
-    if (forbids(findSibling(q.dt, piece, q.pAsking, q.bAskingIsLeft).pEnd))
+    if (forbids(findSibling(q.params, piece, q.pAsking, q.bAskingIsLeft).pEnd))
         return true;
-    return forbids(findSibling(q.dt, piece, q.pBeyond, !q.bAskingIsLeft).pEnd) &&
-           shortestNextPiece(q.dt, piece) < kNextPiece * piece.length;
+    return forbids(findSibling(q.params, piece, q.pBeyond, !q.bAskingIsLeft).pEnd) &&
+           shortestNextPiece(q.params, piece) < kNextPiece * piece.length;
 }
 
 // Whether the edge across a corner makes an angle below the bound with the shorter piece, on its far side, for any
@@ -181,29 +182,35 @@ bool isUneven(const CornerPiece& a, const CornerPiece& b, double minAngleDegree)
 
 } // namespace
 
-Point2* findSparedCorner(const Dt2& dt, const Triangle2* pT, int ith, const Triangle2* pTriangle, double shortest)
+Point2* findSparedCorner(const RefineParams& params, const Triangle2* pT, int ith, const Triangle2* pTriangle,
+                         double shortest)
 {
     Point2 *const p0 = pT->getCorner(next(ith)), *const p1 = pT->getCorner(prev(ith));
     const Triangle2* const pOpp = pT->getOppositeTriangle(ith);
-    if (cutsOffTip(TipQuestion{dt, CornerPiece(p0, p1), pT, pOpp, true}, pTriangle, shortest))
+    if (cutsOffTip(TipQuestion{params, CornerPiece(p0, p1), pT, pOpp, true}, pTriangle, shortest))
         return p0;
-    if (cutsOffTip(TipQuestion{dt, CornerPiece(p1, p0), pT, pOpp, false}, pTriangle, shortest))
+    if (cutsOffTip(TipQuestion{params, CornerPiece(p1, p0), pT, pOpp, false}, pTriangle, shortest))
         return p1;
     return nullptr;
 }
 
-void findUnevenPieces(const Dt2& dt, Point2* pCorner, double minAngleDegree, std::vector<Point2*>& vEnds)
+bool isSplitForOthersOnly(const RefineParams& params, const Triangle2* pT, int ith, double shortest)
+{
+    return findSparedCorner(params, pT, ith, nullptr, shortest);
+}
+
+void findUnevenPieces(const RefineParams& params, Point2* pCorner, std::vector<Point2*>& vEnds)
 {
     vEnds.clear();
     bool bUneven = false;
     for (IncidentTriangles around(pCorner); !around.atEnd(); around.advance()) {
-        if (!dt.isConstraint(around.triangle(), prev(around.apex())))
+        if (!params.pDt->isConstraint(around.triangle(), prev(around.apex())))
             continue;
         const CornerPiece piece(pCorner, around.nextCorner());
-        const Sibling sibling = findSibling(dt, piece, around.triangle(), true);
+        const Sibling sibling = findSibling(params, piece, around.triangle(), true);
         if (!sibling.pEnd)
             continue;
-        bUneven = bUneven || isUneven(piece, CornerPiece(pCorner, sibling.pEnd), minAngleDegree);
+        bUneven = bUneven || isUneven(piece, CornerPiece(pCorner, sibling.pEnd), params.minAngleDegree);
         for (Point2* pEnd : {piece.pEnd, sibling.pEnd})
             if (std::find(vEnds.begin(), vEnds.end(), pEnd) == vEnds.end())
                 vEnds.push_back(pEnd);

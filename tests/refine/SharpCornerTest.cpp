@@ -86,6 +86,33 @@ TEST(SharpCorner, ManyOfThemAtOneVertexAndAlongAStar)
     EXPECT_LT(alongStar.measures.numTriangles, 6000u);
 }
 
+// Fault: pieces that meet below 60 degrees were left whole though the bound was lower; a triangle of 19 degrees stayed
+// in the first polygon.
+TEST(SharpCorner, CornersAboveTheBoundAreNoExcuse)
+{
+    Region region({Point2(0.3827, 0.1782), Point2(0.0001, 0.1540), Point2(-0.7589, 0.0567), Point2(-1.1223, -1.4867),
+                   Point2(0.4239, -0.8579)});
+    EXPECT_GE(refineSharp(region, 27).measures.worstAngle, 27.0 - 1e-9);
+
+    for (const double degrees : {27.0, 30.0, 33.0, 40.0, 50.0, 59.0})
+        for (const double second : {0.8, 0.53, 0.31, 0.7}) {
+            const Result result = refineWedge(degrees, 0.8, second, 27);
+            EXPECT_TRUE(result.bStable);
+            EXPECT_EQ(result.measures.numBelowBound, 0u) << degrees << ", " << second;
+        }
+}
+
+// Fault: a circumcentre went in next to a constraint that was not split for it afterwards; the sliver had 0.08 degrees,
+// at an input corner of six.
+TEST(SharpCorner, NoSliversAlongSpikes)
+{
+    Region star(starPolygon(2000, 0.3, 42));
+    const Result result = refineSharp(star, 30);
+    EXPECT_TRUE(result.bStable);
+    EXPECT_LE(result.measures.numBelowBound, 1u);
+    EXPECT_GE(result.measures.worstAngle, 27.0);
+}
+
 // Splitting is what makes pieces even, so without it, and below the minimum length, they stay as they are.
 TEST(SharpCorner, PiecesAreNotMadeEvenAgainstTheBounds)
 {
