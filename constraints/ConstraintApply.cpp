@@ -59,9 +59,9 @@ void ConstraintMgr::collectWork(std::vector<ConstraintSegment2*>& vWork) const
 std::vector<ConstraintSegment2*> ConstraintMgr::collectAlive()
 {
     std::vector<ConstraintSegment2*> vAlive;
-    for (ConstraintSegment2& segment : segments)
-        if (segment.isAlive())
-            vAlive.push_back(&segment);
+    for (Node& node : nodes)
+        if (node.segment.isAlive())
+            vAlive.push_back(&node.segment);
     return vAlive;
 }
 

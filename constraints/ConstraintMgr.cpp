@@ -91,7 +91,7 @@ ConstraintSegment2* ConstraintMgr::findOrCreateSegment(Point2* p0, Point2* p1, C
 
 ConstraintSegment2* ConstraintMgr::newSegment(Point2* pLower, Point2* pHigher, ConstraintInsertionStrategy cis)
 {
-    ConstraintSegment2* const pCSeg = &segments.emplace_back(pLower, pHigher, cis);
+    ConstraintSegment2* const pCSeg = &nodes.emplace_back(pLower, pHigher, cis).segment;
     pCSeg->pMgr = this;
     return pCSeg;
 }

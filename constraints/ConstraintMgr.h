@@ -94,6 +94,12 @@ public:
 private:
     friend class ConstraintSegment2;
 
+    // Not of an exported type, so that instances of standard templates for it are not exported either.
+    struct Node {
+        ConstraintSegment2 segment;
+        Node(Point2* pLower, Point2* pHigher, ConstraintInsertionStrategy cis) : segment(pLower, pHigher, cis) {}
+    };
+
     ConstraintSegment2* newSegment(Point2* pLower, Point2* pHigher, ConstraintInsertionStrategy cis);
     void adopt(ConstraintSegment2* pCSeg);
     void insertPending(ConstraintSegment2* pCSeg, std::vector<ConstraintSegment2*>& vNext);
@@ -106,9 +112,9 @@ private:
     Dt2* pDt2;
     std::size_t numSplits = 0;
     bool bHasConforming = false;
-    std::deque<ConstraintSegment2> segments; // all nodes of all split trees; they never move
-    std::vector<ConstraintGraph2*> vGraphs;  // owned
-    SegmentIndex segmentIndex;               // the alive ones
+    std::deque<Node> nodes;                 // of all split trees; they never move
+    std::vector<ConstraintGraph2*> vGraphs; // owned
+    SegmentIndex segmentIndex;              // the alive ones
     bool bApplying = false;
     std::vector<ConstraintSegment2*> vInDanger; // while applying; with repetitions
     std::unordered_set<const ConstraintSegment2*> sGivenUp;
