@@ -4,6 +4,7 @@
 #include "ConstraintSegment2.h"
 #include "Triangle2.h"
 #include "core/Dt2.h"
+#include "core/Prefetch.h"
 #include "core/TriangleMarks.h"
 #include "geometry/TriangleIndex.h"
 
@@ -18,6 +19,8 @@ namespace
 
 // A zone that is at least this part of the triangulation is put in order by a look at all triangles.
 constexpr std::size_t kSweepFraction = 16;
+
+constexpr std::size_t kPrefetchDistance = 8;
 
 } // namespace
 
@@ -60,15 +63,17 @@ void ZoneFill::addSeed(Triangle2* pT)
         return;
     pT->setState(true);
     vFound.push_back(pT);
-    vWorkspace.push_back(pT);
 }
 
-// Ends: a triangle enters the work list once.
+// In the order of finding, so that what is looked at so many turns later can be fetched ahead. Ends: a triangle is
+// found once.
 void ZoneFill::spread()
 {
-    while (!vWorkspace.empty()) {
-        Triangle2* const pCurrentT = vWorkspace.back();
-        vWorkspace.pop_back();
+    for (std::size_t k = 0; k < vFound.size(); ++k) {
+        if (k + kPrefetchDistance < vFound.size())
+            for (int i = 0; i < 3; ++i)
+                prefetchWhole(vFound[k + kPrefetchDistance]->getOppositeTriangle(i));
+        const Triangle2* const pCurrentT = vFound[k];
         QUOR2D_ASSERT(pCurrentT != nullptr, "pCurrentT!=NULL");
         for (int i = 0; i < 3; ++i) {
             Triangle2* const pOpp = pCurrentT->getOppositeTriangle(i);

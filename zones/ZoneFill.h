@@ -42,8 +42,7 @@ private:
 
     const Dt2& dt;
     std::vector<Triangle2*> vAtBorder;
-    std::vector<Triangle2*> vFound;     // all marked triangles
-    std::vector<Triangle2*> vWorkspace; // those of them whose neighbours have not been looked at
+    std::vector<Triangle2*> vFound; // all marked triangles
 };
 
 } // namespace ZELK_QUOR2D
