@@ -143,8 +143,14 @@ Point2* Dt2::treatConstraintZone(Point2* p0, Point2* p1)
     }
     SegmentTrace trace;
     traceSegment(p0, p1, false, trace);
-    if (trace.end == TRACE_VERTEX)
-        return trace.pVertex;
+    // The trace may have come from p1. Ends: every vertex lies nearer to p0 than the one before.
+    Point2* pFirst = nullptr;
+    while (trace.end == TRACE_VERTEX) {
+        pFirst = trace.pVertex;
+        traceSegment(p0, pFirst, false, trace);
+    }
+    if (pFirst)
+        return pFirst;
     if (trace.end == TRACE_FREE)
         recoverEdge(trace);
     return nullptr;

@@ -444,3 +444,16 @@ TEST(ConstraintApply, TreatConstraintZone)
     EXPECT_EQ(dt.treatConstraintZone(v[2], v[3]), nullptr);
     EXPECT_NE(dt.getAdjacentTriangle(v[2], v[3]), nullptr);
 }
+
+// At a hub the segment is looked for from its other end, too, where another vertex comes first.
+TEST(ConstraintApply, TreatConstraintZoneFindsTheVertexNearestToTheFirstEnd)
+{
+    Dt2 dt(3);
+    std::vector<Point2> vPoints{Point2(0, 0), Point2(10, 0), Point2(1, 0), Point2(5, 0), Point2(9, 0)};
+    for (int i = 0; i < 40; ++i)
+        vPoints.emplace_back(std::cos(0.08 + 0.157 * i), std::sin(0.08 + 0.157 * i));
+    std::vector<Point2*> v;
+    dt.insert(vPoints, v);
+    EXPECT_EQ(dt.treatConstraintZone(v[0], v[1]), v[2]);
+    EXPECT_EQ(dt.treatConstraintZone(v[1], v[0]), v[4]);
+}
