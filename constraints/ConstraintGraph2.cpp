@@ -3,6 +3,7 @@
 #include "Point2.h"
 #include "Quor2DAssert.h"
 #include "constraints/ConstraintMgr.h"
+#include "constraints/EdgeKey.h"
 #include "core/Dt2.h"
 #include "core/Guarded.h"
 #include "output/Message.h"
@@ -83,8 +84,17 @@ ConstraintGraph2::ConstraintGraph2(Dt2* pTriangulation, const std::vector<Constr
         vCSegments = vWorking;
         vReverse.assign(vWorking.size(), false);
     }
-    for (std::size_t i = 0; i < vCSegments.size(); ++i)
+    for (std::size_t i = 0; i < vCSegments.size(); ++i) {
         vCSegments[i]->addOwner(this, vReverse[i]);
+        if (!vCSegments[i]->pMgr)
+            vUnregistered.push_back(vCSegments[i]);
+    }
+    std::sort(vUnregistered.begin(), vUnregistered.end(), isBefore);
+}
+
+bool ConstraintGraph2::isBefore(const ConstraintSegment2* pA, const ConstraintSegment2* pB)
+{
+    return *pA < *pB;
 }
 
 ConstraintGraph2::~ConstraintGraph2() = default;
@@ -152,7 +162,17 @@ void ConstraintGraph2::getOriginalConstraintSegments(std::vector<ConstraintSegme
 bool ConstraintGraph2::isConstraint(Point2* p0, Point2* p1) const
 {
     const ConstraintSegment2* const pCSeg = pDt2->findConstraintSegment(p0, p1);
-    return pCSeg && pCSeg->findOwner(this);
+    return (pCSeg && pCSeg->findOwner(this)) || (!vUnregistered.empty() && isUnregisteredConstraint(p0, p1));
+}
+
+bool ConstraintGraph2::isUnregisteredConstraint(Point2* p0, Point2* p1) const
+{
+    if (!p0 || !p1 || p0 == p1)
+        return false;
+    orderByAddress(p0, p1);
+    const ConstraintSegment2 key(p0, p1, cis);
+    const auto range = std::equal_range(vUnregistered.begin(), vUnregistered.end(), &key, isBefore);
+    return std::any_of(range.first, range.second, [](const ConstraintSegment2* pCSeg) { return pCSeg->isAlive(); });
 }
 
 bool ConstraintGraph2::isReverse(const ConstraintSegment2* pCSeg) const

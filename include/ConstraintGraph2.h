@@ -41,7 +41,8 @@ public:
     /// start of each alive piece in turn.
     void getPolygonVertices(std::vector<Point2*>& vVertices) const;
 
-    /// Whether an alive segment of this graph joins the two vertices, in either order. O(1).
+    /// Whether an alive segment of this graph joins the two vertices, in either order. O(1), and O(log n) for a graph
+    /// of segments that a caller made.
     bool isConstraint(Point2* p0, Point2* p1) const;
 
     // ---- for the library
@@ -59,6 +60,8 @@ private:
 
     bool checkAndSortPolygon(const std::vector<ConstraintSegment2*>& vSegments);
     void append(ConstraintSegment2* pCSeg, bool bReverse);
+    static bool isBefore(const ConstraintSegment2* pA, const ConstraintSegment2* pB);
+    bool isUnregisteredConstraint(Point2* p0, Point2* p1) const;
     template <class Visitor>
     void forEachAliveSegment(Visitor visit) const;
 
@@ -69,6 +72,7 @@ private:
     std::vector<bool> vReverse;                  // the direction of each of them
     bool bIsPolygon = false;
     std::shared_ptr<const ConstraintSegment2::OwnerList> pSoleOwner; // shared by segments that only this graph contains
+    std::vector<ConstraintSegment2*> vUnregistered; // those that a caller made, by the addresses of their ends
 };
 
 } // namespace ZELK_QUOR2D

@@ -1,6 +1,9 @@
+#include "constraints/EdgeKey.h"
+#include "core/Dt2.h"
 #include "tests/constraints/Scene.h"
 
 #include <algorithm>
+#include <deque>
 
 using namespace ZELK_QUOR2D;
 using namespace ZELK_QUOR2D::test;
@@ -129,4 +132,30 @@ TEST(ConstraintGraph, SplitPointsStandInOrder)
             EXPECT_EQ(bReverse ? vAlive[i]->getSrc() : vAlive[i]->getTrg(), vVertices[(i + 1) % vVertices.size()]);
         }
     }
+}
+
+// The manager learns of such segments only when they are split.
+TEST(ConstraintGraph, KnowsSegmentsThatACallerMade)
+{
+    Dt2 dt(3);
+    std::vector<Point2*> v;
+    dt.insert(squareCorners(0, 0, 4), v);
+    std::deque<ConstraintSegment2> segments;
+    std::vector<ConstraintSegment2*> vSegments;
+    for (std::size_t i = 0; i < 4; ++i) {
+        Point2 *p0 = v[i], *p1 = v[(i + 1) % 4];
+        orderByAddress(p0, p1);
+        vSegments.push_back(&segments.emplace_back(p0, p1, CIS_CONSTRAINED_DELAUNAY));
+    }
+    const ConstraintGraph2 graph(&dt, vSegments, CIS_CONSTRAINED_DELAUNAY);
+    EXPECT_EQ(polygonOf(&graph), squareCorners(0, 0, 4));
+    for (std::size_t i = 0; i < 4; ++i)
+        EXPECT_TRUE(graph.isConstraint(v[i], v[(i + 1) % 4]) && graph.isConstraint(v[(i + 1) % 4], v[i]));
+    EXPECT_FALSE(graph.isConstraint(v[0], v[2]));
+    EXPECT_FALSE(graph.isConstraint(v[0], nullptr));
+
+    Point2* const pSplit = dt.insert(Point2(2, 0));
+    EXPECT_TRUE(vSegments[0]->split(pSplit));
+    EXPECT_FALSE(graph.isConstraint(v[0], v[1]));
+    EXPECT_TRUE(graph.isConstraint(v[0], pSplit) && graph.isConstraint(pSplit, v[1]));
 }
