@@ -51,8 +51,8 @@ public:
 
     /// Replaces the contents of the vector by the triangles of the zone, each once, in the order of their addresses.
     ///
-    /// Edges of the zone's own graphs bound it, other constraints do not. The graphs must have been applied. When the
-    /// triangulation has no triangles this is reported, and so are a start point outside the convex hull and a polygon
+    /// Edges of the zone's own graphs bound it, other constraints do not. The graphs must have been applied. While
+    /// Quor_2D::is2D() is false this is reported, and so are a start point outside the convex hull and a polygon
     /// without any triangle on the wanted side; the vector is then empty.
     ///
     /// Time: linear in the triangles of the zone and the segments of its graphs, apart from sorting a zone that is a

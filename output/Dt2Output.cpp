@@ -63,7 +63,7 @@ void writeObjScript(const std::string& filename, const ObjText& text)
 void Dt2::show(const std::string& filename) const
 {
     Visualizer2 visualizer(filename);
-    if (!is2D()) {
+    if (!hasTriangles()) {
         reportError("Dt2::show()", "The triangulation is not 2D, no visualization");
     } else {
         std::vector<Triangle2*> vTriangles;
@@ -82,7 +82,7 @@ void Dt2::show(const std::string& filename) const
 
 void Dt2::writeObj(const std::string& filename) const
 {
-    if (!is2D()) {
+    if (!hasTriangles()) {
         reportError("Dt2::show()", "The triangulation is not full dimensional yet, no visualization");
         return;
     }
@@ -102,7 +102,7 @@ void Dt2::writeWebScene(const char* path) const
         fileReplicate(resource, path);
     const std::string objFile = std::string(path) + "/3d.obj";
     writeObj(objFile);
-    if (!is2D())
+    if (!hasTriangles())
         return; // reported by writeObj
     std::vector<Triangle2*> vTriangles;
     getTrianglePointers(vTriangles);

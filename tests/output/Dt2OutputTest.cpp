@@ -143,6 +143,19 @@ TEST_F(Dt2OutputTest, WithoutTrianglesObjIsReportedAndNothingWritten)
     EXPECT_EQ(readFile(directory.path("old.obj")), "old");
 }
 
+// is2D() stays true then.
+TEST_F(Dt2OutputTest, AMeshThatRemovalHasEmptiedIsReported)
+{
+    quor.insert(Point2(0, 0));
+    quor.insert(Point2(1, 0));
+    quor.remove(quor.insert(Point2(0, 1)));
+    quor.writeObj(directory.path("mesh.obj"));
+    EXPECT_NE(output.take().find("is not full dimensional yet, no visualization"), std::string::npos);
+    EXPECT_FALSE(std::filesystem::exists(directory.path("mesh.obj")));
+    quor.show(directory.path("mesh.ps"));
+    EXPECT_NE(output.take().find("The triangulation is not 2D, no visualization"), std::string::npos);
+}
+
 TEST_F(Dt2OutputTest, ShowDrawsEachEdgeOnce)
 {
     quor.insert(randomPoints(500, 1.0));
