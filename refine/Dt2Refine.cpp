@@ -117,6 +117,11 @@ double smallestAltitude(const std::vector<Triangle2*>& vTriangles)
     return std::isfinite(smallest) ? smallest : 0.0;
 }
 
+void reportEmptyZone()
+{
+    reportWarning("uniformRefinement(..)", "pZone is empty, invalid operation, return");
+}
+
 } // namespace
 
 // ---- one call
@@ -134,8 +139,10 @@ void Dt2::refine(RefineParams* pRefineParams)
         return;
     }
     applyConstraintsAndZones();
-    if (!fullDimensional || !hasTriangles())
+    if (!fullDimensional || !hasTriangles()) {
+        reportEmptyZone();
         return;
+    }
     mLastRefinements[pRefineParams->pZone] =
         LastRefinement{pRefineParams->minEdgeLength, pRefineParams->bAllowConstraintSplitting};
     RefineZone zoneTriangles(*this);
@@ -170,7 +177,7 @@ void Dt2::runRefinement(RefineZone& zoneTriangles, RefineParams* pRefineParams)
         if (!zoneTriangles.bGrows) {
             pRefineParams->pZone->getTriangles(vTriangles);
             if (vTriangles.empty()) {
-                reportWarning("uniformRefinement(..)", "pZone is empty, invalid operation, return");
+                reportEmptyZone();
                 break;
             }
             zoneTriangles.assign(vTriangles);

@@ -74,7 +74,8 @@ TEST(RefineArguments, EmptyZonesAndMissingTrianglesAreReportedOnce)
     Zone2* pZone = line.createZone(std::vector<ConstraintGraph2*>(), ZL_GROW, Point2(0, 0));
     const std::string text = message("Dt2::applyConstraintsAndZones()", "WARNING",
                                      "The triangulation is not full dimensional yet. Nothing to do");
-    EXPECT_EQ(outputOf([&] { line.refine(pZone, 20, 0, 0.1, true); }), text);
+    EXPECT_EQ(outputOf([&] { line.refine(pZone, 20, 0, 0.1, true); }),
+              text + message("uniformRefinement(..)", "WARNING", "pZone is empty, invalid operation, return"));
     std::vector<Triangle2*> vNone;
     EXPECT_EQ(outputOf([&] { line.refineSpecificTriangles(vNone, true); }), text);
 }
