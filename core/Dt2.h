@@ -198,6 +198,12 @@ public:
     /// Whether the vertex is an end of a constraint segment, live or split.
     static bool isConstraintVertex(const Point2* p) { return p && (p->marks & VM_CONSTRAINT); }
 
+    /// Whether edge ith of a live triangle is a live constraint edge.
+    bool isConstraintEdge(const Triangle2* pT, int ith) const
+    {
+        return bHasConstraints && mayBeConstraint(pT, ith) && isConstraint(pT, ith);
+    }
+
     /// Whether edge ith of pT is a live constraint edge that may not be flipped.
     bool isLockedEdge(const Triangle2* pT, int ith) const
     {

@@ -62,10 +62,9 @@ void reportUnsplittable(const Triangle2* pT)
 bool Dt2::splitConstraint(RefineZone& zoneTriangles, const RefineCandidate& candidate,
                           const RefineParams* pRefineParams)
 {
-    Triangle2* const pT = candidate.pContainingT;
-    const int ith = candidate.splitIndex;
-    ConstraintSegment2* const pCSeg = findConstraintSegment(pT->getCorner(next(ith)), pT->getCorner(prev(ith)));
-    if (!pRefineParams->bAllowConstraintSplitting || !pCSeg || zoneTriangles.sUnsplittable.count(pCSeg) > 0)
+    ConstraintSegment2* const pCSeg = candidate.pCSeg;
+    if (!pRefineParams->bAllowConstraintSplitting || !pCSeg || !pCSeg->isAlive() ||
+        zoneTriangles.sUnsplittable.count(pCSeg) > 0)
         return false;
     const Point2 &src = *pCSeg->getSrc(), &trg = *pCSeg->getTrg();
     if (std::sqrt(squaredDistance(src, trg)) < 2.0 * pRefineParams->minEdgeLength)
@@ -76,7 +75,8 @@ bool Dt2::splitConstraint(RefineZone& zoneTriangles, const RefineCandidate& cand
         zoneTriangles.sUnsplittable.insert(pCSeg);
         return false;
     }
-    splitConstraintAt(zoneTriangles, pCSeg, middle, pT, ith, squaredDistance(src, middle));
+    splitConstraintAt(zoneTriangles, pCSeg, middle, candidate.pContainingT, candidate.splitIndex,
+                      squaredDistance(src, middle));
     return true;
 }
 

@@ -4,10 +4,8 @@
 
 #include "ConstraintSegment2.h"
 #include "Zone2.h"
-#include "constraints/ConstraintMgr.h"
 #include "core/IncidentTriangles.h"
 #include "core/Prefetch.h"
-#include "geometry/TriangleIndex.h"
 #include "output/Message.h"
 #include "refine/RefineCandidate.h"
 #include "refine/RefineParams.h"
@@ -57,25 +55,8 @@ void prefetchTriangles(const std::vector<Triangle2*>& vTriangles, std::size_t i)
         prefetchCorners(vTriangles[i + kPrefetchDistance]);
 }
 
-// The segment that a candidate splits: first where it is looked up, then the segment itself.
-void prefetchSegmentSlot(const RefineCandidate& candidate, const ConstraintMgr* pMgr)
-{
-    const int ith = candidate.splitIndex;
-    if (pMgr && ith >= 0 && ith <= 2)
-        pMgr->prefetchSegment(candidate.containingCorners[static_cast<std::size_t>(next(ith))],
-                              candidate.containingCorners[static_cast<std::size_t>(prev(ith))]);
-}
-
-void prefetchSegment(const RefineCandidate& candidate, const ConstraintMgr* pMgr)
-{
-    const int ith = candidate.splitIndex;
-    if (pMgr && ith >= 0 && ith <= 2)
-        prefetchWhole(pMgr->findSegment(candidate.containingCorners[static_cast<std::size_t>(next(ith))],
-                                        candidate.containingCorners[static_cast<std::size_t>(prev(ith))]));
-}
-
 // For the insertion of a vertex: what its triangle and the first flips touch.
-void prefetchCandidates(const std::vector<RefineCandidate*>& vCandidates, std::size_t i, const ConstraintMgr* pMgr)
+void prefetchCandidates(const std::vector<RefineCandidate*>& vCandidates, std::size_t i)
 {
     if (i + 4 * kPrefetchDistance < vCandidates.size()) {
         const char* const p = reinterpret_cast<const char*>(vCandidates[i + 4 * kPrefetchDistance]);
@@ -86,12 +67,12 @@ void prefetchCandidates(const std::vector<RefineCandidate*>& vCandidates, std::s
     if (i + 3 * kPrefetchDistance < vCandidates.size()) {
         prefetchWhole(vCandidates[i + 3 * kPrefetchDistance]->pTriangle);
         prefetchWhole(vCandidates[i + 3 * kPrefetchDistance]->pContainingT);
+        prefetchWhole(vCandidates[i + 3 * kPrefetchDistance]->pCSeg);
     }
     if (i + 2 * kPrefetchDistance < vCandidates.size()) {
         const Triangle2* const pT = vCandidates[i + 2 * kPrefetchDistance]->pContainingT;
         prefetchCorners(pT);
         prefetchNeighbors(pT);
-        prefetchSegmentSlot(*vCandidates[i + 2 * kPrefetchDistance], pMgr);
     }
     if (i + kPrefetchDistance < vCandidates.size() && !vCandidates[i + kPrefetchDistance]->isStale()) {
         const Triangle2* const pT = vCandidates[i + kPrefetchDistance]->pContainingT;
@@ -100,7 +81,6 @@ void prefetchCandidates(const std::vector<RefineCandidate*>& vCandidates, std::s
                 prefetchCorners(pOpp);
                 prefetchNeighbors(pOpp);
             }
-        prefetchSegment(*vCandidates[i + kPrefetchDistance], pMgr);
     }
 }
 
@@ -260,7 +240,7 @@ std::size_t Dt2::refineTriangles(RefineZone& zoneTriangles, const std::vector<Re
 {
     std::size_t numInserted = 0;
     for (std::size_t i = 0; i < vCandidates.size(); ++i) {
-        prefetchCandidates(vCandidates, i, pConstraintMgr);
+        prefetchCandidates(vCandidates, i);
         if (!vCandidates[i]->isStale() && refineCandidate(zoneTriangles, *vCandidates[i], pRefineParams))
             ++numInserted;
     }

@@ -110,9 +110,8 @@ bool RefineCandidate::isWorthwhile(const RefineParams& params)
     case 0:
     case 1:
     case 2: {
-        Point2 *const p0 = pContainingT->getCorner(next(splitIndex)), *const p1 =
-                                                                          pContainingT->getCorner(prev(splitIndex));
-        if (!pDt->isConstraint(p0, p1) || distance(*p0, *p1) < 2.0 * params.edgeFloor)
+        const double squaredLength = pContainingT->getSquaredEdgeLength(splitIndex);
+        if (!pCSeg || std::sqrt(squaredLength) < 2.0 * params.edgeFloor)
             return false;
         pSparedCorner = findSparedCorner(params, pContainingT, splitIndex, pTriangle, std::sqrt(aSqLengths[0]));
         return !pSparedCorner;
@@ -138,13 +137,13 @@ bool RefineCandidate::isWorthInserting(const RefineParams& params)
         const double dot = (p0.x() - steinerPoint.x()) * (p1.x() - steinerPoint.x()) +
                            (p0.y() - steinerPoint.y()) * (p1.y() - steinerPoint.y());
         if (dot >= -0.5 * distance(p0, steinerPoint) * distance(p1, steinerPoint) ||
-            !pDt->isConstraint(pContainingT, i))
+            !pDt->isConstraintEdge(pContainingT, i))
             continue;
         pSparedCorner = findSparedCorner(params, pContainingT, i, pTriangle, shortest);
         if (pSparedCorner)
             return false;
         if (isSplitForOthersOnly(params, pContainingT, i, shortest)) {
-            splitIndex = i;
+            setSplitIndex(i);
             return params.bAllowConstraintSplitting && distance(p0, p1) >= 2.0 * params.edgeFloor;
         }
     }
@@ -155,7 +154,7 @@ bool RefineCandidate::hasSmallInputAngle(double minAngleDegree) const
 {
     bool aConstraint[3];
     for (int i = 0; i < 3; ++i)
-        aConstraint[i] = pDt->isConstraint(pTriangle, i);
+        aConstraint[i] = pDt->isConstraintEdge(pTriangle, i);
     for (int i = 0; i < 3; ++i) {
         if (!aConstraint[next(i)] || !aConstraint[prev(i)])
             continue;
@@ -182,7 +181,7 @@ void RefineCandidate::walk()
     std::size_t steps = 0;
     while (exit >= 0 && exit <= 2) {
         Triangle2* const pNext = pContainingT->getOppositeTriangle(exit);
-        if (!pNext || pDt->isConstraint(pContainingT, exit))
+        if (!pNext || pDt->isConstraintEdge(pContainingT, exit))
             break;
         if (++steps > kMaxOrderedSteps + pDt->numLiveTriangles()) {
             exit = SPLIT_LOST;
@@ -194,8 +193,16 @@ void RefineCandidate::walk()
     }
     if (exit == SPLIT_NONE && bOnEdge)
         exit = findBlockingEdgeUnderPoint();
-    splitIndex = exit;
+    setSplitIndex(exit);
     containingCorners = cornersOf(pContainingT);
+}
+
+void RefineCandidate::setSplitIndex(int index)
+{
+    splitIndex = index;
+    pCSeg = index >= 0 && index <= 2
+                ? pDt->findConstraintSegment(pContainingT->getCorner(next(index)), pContainingT->getCorner(prev(index)))
+                : nullptr;
 }
 
 // The first of some edges of the containing triangle, counted from ith, that has the point on its outer side.
@@ -223,7 +230,7 @@ int RefineCandidate::findBlockingEdgeUnderPoint() const
 {
     for (int i = 0; i < 3; ++i)
         if (pDt->predicates.getOrientation2(pContainingT, i, &steinerPoint) == ORI2_ZERO &&
-            (!pContainingT->getOppositeTriangle(i) || pDt->isConstraint(pContainingT, i)))
+            (!pContainingT->getOppositeTriangle(i) || pDt->isConstraintEdge(pContainingT, i)))
             return i;
     return SPLIT_NONE;
 }

@@ -8,6 +8,7 @@
 namespace ZELK_QUOR2D
 {
 
+class ConstraintSegment2;
 class Dt2;
 class Triangle2;
 
@@ -52,8 +53,9 @@ public:
     bool bValid = false;
     std::array<Point2*, 3> corners;
     std::array<Point2*, 3> containingCorners;
-    std::array<double, 3> aSqLengths; // ascending
-    Point2* pSparedCorner = nullptr;  // the sharp corner for whose sake nothing is done
+    std::array<double, 3> aSqLengths;    // ascending
+    Point2* pSparedCorner = nullptr;     // the sharp corner for whose sake nothing is done
+    ConstraintSegment2* pCSeg = nullptr; // what runs along the edge of splitIndex
 
 private:
     bool isWorthwhile(const RefineParams& params);
@@ -61,6 +63,7 @@ private:
     void walk();
     int findExit(int ith, int numEdges, bool& bOnEdge) const;
     int findBlockingEdgeUnderPoint() const;
+    void setSplitIndex(int index);
 };
 
 } // namespace ZELK_QUOR2D

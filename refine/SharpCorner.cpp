@@ -73,7 +73,7 @@ Sibling findSibling(const RefineParams& params, const CornerPiece& piece, const 
             !(cosineBetween(piece, CornerPiece(piece.pCorner, pEnd)) > params.sharpCosine))
             break;
         const int ith = bCounterclockwise ? next(i) : prev(i);
-        if (params.pDt->isConstraint(pT, ith))
+        if (params.pDt->isConstraintEdge(pT, ith))
             return Sibling{pEnd, pT->getOppositeTriangle(ith)};
         pT = pT->getOppositeTriangle(ith);
     }
@@ -204,7 +204,7 @@ void findUnevenPieces(const RefineParams& params, Point2* pCorner, std::vector<P
     vEnds.clear();
     bool bUneven = false;
     for (IncidentTriangles around(pCorner); !around.atEnd(); around.advance()) {
-        if (!params.pDt->isConstraint(around.triangle(), prev(around.apex())))
+        if (!params.pDt->isConstraintEdge(around.triangle(), prev(around.apex())))
             continue;
         const CornerPiece piece(pCorner, around.nextCorner());
         const Sibling sibling = findSibling(params, piece, around.triangle(), true);
