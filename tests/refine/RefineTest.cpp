@@ -2,6 +2,7 @@
 #include "refine/RefineParams.h"
 #include "tests/refine/RefineTestSupport.h"
 
+#include <array>
 #include <fstream>
 #include <sstream>
 
@@ -118,6 +119,60 @@ TEST(Refine, LeavesHolesAndTheOutsideAlone)
     whole.dt.refine(whole.pZone, 27.0, 0.0, 0.3, false);
     EXPECT_EQ(meshOutside(whole), sOutside);
     EXPECT_GT(trianglesOf(whole.pZone).size(), 80u);
+}
+
+// Faults: what no single region of the other tests shows. Holes, segments that cross, points inside and outside, sharp
+// corners, all kinds of bounds, with and without splitting.
+TEST(Refine, RandomRegionsKeepWhatIsPromised)
+{
+    std::size_t numTriangles = 0, numBelowBound = 0;
+    for (std::uint64_t seed = 0; seed < 120; ++seed) {
+        SCOPED_TRACE(seed);
+        Uniform u(seed);
+        Region region(starPolygon(3 + u.below(22), u.in(0.0, 0.45), seed),
+                      seed % 2 ? CIS_CONSTRAINED_DELAUNAY : CIS_CONFORMING_DELAUNAY);
+        for (int holes = u.below(3); holes > 0; --holes) {
+            Polygon hole;
+            for (const Point2& p : starPolygon(3 + u.below(6), 0.4, seed + 1000))
+                hole.emplace_back(0.1 * p.x() + (holes == 1 ? -0.22 : 0.2), 0.1 * p.y());
+            region.cutOut(hole);
+        }
+        if (u.below(3) == 0)
+            region.addSegments({Segment2(Point2(u.in(-0.3, 0.3), u.in(-0.3, 0.3)), Point2(u.in(-0.3, 0.3), 0.1)),
+                                Segment2(Point2(u.in(-0.3, 0.3), u.in(-0.3, 0.3)), Point2(0.25, u.in(-0.3, 0.3)))});
+        for (int points = u.below(20); points > 0; --points)
+            region.dt.insert(Point2(u.in(-1.5, 1.5), u.in(-1.5, 1.5)));
+        region.apply();
+
+        const double angle = std::array<double, 5>{0, 20, 25, 27, 30}[static_cast<std::size_t>(u.below(5))];
+        const double maxEdge = u.below(2) ? u.in(0.1, 0.5) : kNoLimit, minEdge = u.below(3) ? 0.0 : u.in(0.02, 0.07);
+        const bool bSplit = u.below(4) > 0;
+        const auto sBefore = placesOf(region.dt);
+        const std::size_t numPieces = alivePieces(region.vGraphs).size();
+        const Measures before = measure(region.dt, region.pZone, angle);
+        region.dt.refine(region.pZone, angle, minEdge, maxEdge, bSplit);
+        const Measures after = measure(region.dt, region.pZone, angle);
+        EXPECT_NEAR(static_cast<double>(after.area / before.area), 1.0, 1e-12);
+        EXPECT_GE(after.shortestPiece, std::min(minEdge, before.shortestPiece));
+        if (bSplit && minEdge == 0.0) {
+            EXPECT_LE(after.longestEdge, maxEdge);
+            numTriangles += after.numTriangles;
+            numBelowBound += after.numBelowBound;
+        }
+        if (!bSplit) {
+            EXPECT_EQ(alivePieces(region.vGraphs).size(), numPieces);
+        }
+        expectNewVerticesInZone(region, sBefore);
+        ConstraintCheckOptions options = rounded();
+        options.bRefined = true;
+        expectConstraintsHold(region.dt, region.vGraphs, options);
+        const auto sRefined = placesOf(region.dt);
+        EXPECT_TRUE(std::includes(sRefined.begin(), sRefined.end(), sBefore.begin(), sBefore.end()));
+        region.dt.refine(region.pZone, angle, minEdge, maxEdge, bSplit);
+        EXPECT_EQ(placesOf(region.dt), sRefined) << "a repeated call found something to do";
+    }
+    EXPECT_GT(numTriangles, 10000u);
+    EXPECT_LT(numBelowBound * 2000, numTriangles) << "beside sharp corners only";
 }
 
 // A real outline: thousands of corners, some of them sharp, islands of all sizes.
