@@ -136,13 +136,13 @@ bool RefineCandidate::isWorthInserting(const RefineParams& params)
         const Point2 &p0 = *pContainingT->getCorner(next(i)), &p1 = *pContainingT->getCorner(prev(i));
         const double dot = (p0.x() - steinerPoint.x()) * (p1.x() - steinerPoint.x()) +
                            (p0.y() - steinerPoint.y()) * (p1.y() - steinerPoint.y());
-        if (dot >= -0.5 * distance(p0, steinerPoint) * distance(p1, steinerPoint) ||
-            !pDt->isConstraintEdge(pContainingT, i))
+        const double distance0 = distance(p0, steinerPoint), distance1 = distance(p1, steinerPoint);
+        if (dot >= -0.5 * distance0 * distance1 || !pDt->isConstraintEdge(pContainingT, i))
             continue;
         pSparedCorner = findSparedCorner(params, pContainingT, i, pTriangle, shortest);
         if (pSparedCorner)
             return false;
-        if (isSplitForOthersOnly(params, pContainingT, i, shortest)) {
+        if (isSplitForOthersOnly(params, pContainingT, i, std::min(distance0, distance1))) {
             setSplitIndex(i);
             return params.bAllowConstraintSplitting && distance(p0, p1) >= 2.0 * params.edgeFloor;
         }

@@ -23,7 +23,7 @@ Point2* findSparedCorner(const RefineParams& params, const Triangle2* pT, int it
                          double shortest);
 
 /// Whether a triangle between the piece and a new vertex could not have the piece split, because nothing but the corner
-/// would be its reason. Arguments as above.
+/// would be its reason. Arguments as above, the shortest edge being that of this triangle.
 bool isSplitForOthersOnly(const RefineParams& params, const Triangle2* pT, int ith, double shortest);
 
 /// Collects the far ends of the pieces at a corner that have a neighbour at a sharp angle, if halving cannot bring the
