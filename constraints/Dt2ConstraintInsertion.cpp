@@ -18,9 +18,13 @@ namespace
 const char* const kConstrainedPlace = "Dt2::insertConstraintSegmentIgnoreDelaunay()";
 const char* const kConformingPlace = "Dt2::insertConstraintSegmentKeepDelaunay()";
 
-// A conforming segment that passes a vertex nearer than this is split there. To pass it for good, the pieces would have
-// to become as short as that distance, which is about where halving ends.
+// A conforming segment that passes a vertex nearer than this, in units in the last place of the largest coordinate of
+// all, is split there. To pass it for good, the pieces would have to become as short as that distance, which is about
+// where halving ends; a pair of borders that almost coincide would be cut into billions of pieces before.
 constexpr double kUnitsBesideConforming = 64.0;
+
+// But not farther beside than this part of its length, so that the pieces keep its direction.
+constexpr double kMostBesideConforming = 1.0 / 64.0;
 
 double middleOf(double a, double b)
 {
@@ -134,9 +138,13 @@ void Dt2::insertConstraintSegmentKeepDelaunay(ConstraintSegment2* pCSeg)
 
 // The first of the vertices of the crossed triangles that lie beside the segment by little more than rounding.
 // Overlapping segments that have been split at different places leave such vertices.
-Point2* Dt2::findVertexBeside(const SegmentTrace& trace)
+Point2* Dt2::findVertexBeside(const SegmentTrace& trace) const
 {
-    const BesideTest beside(*trace.p0, *trace.p1, kUnitsBesideConforming);
+    const double largest = std::min(predicates.maxAbsCoord, std::numeric_limits<double>::max());
+    const double length = std::max(std::fabs(trace.p1->x() - trace.p0->x()), std::fabs(trace.p1->y() - trace.p0->y()));
+    const double least = std::min(kUnitsBesideConforming * std::numeric_limits<double>::epsilon() * largest,
+                                  kMostBesideConforming * length);
+    const BesideTest beside(*trace.p0, *trace.p1, kUnitsBesideConforming, least);
     Point2* pNearest = nullptr;
     for (const std::vector<SegmentTrace::ChainVertex>* pChain : {&trace.vLeft, &trace.vRight}) {
         const auto it =

@@ -363,7 +363,7 @@ private:
     void followSegment(bool bStopAtConstraints, SegmentTrace& trace);
     void recoverEdge(const SegmentTrace& trace);
     void insertPiece(ConstraintSegment2* pCSeg);
-    static Point2* findVertexBeside(const SegmentTrace& trace);
+    Point2* findVertexBeside(const SegmentTrace& trace) const;
     void splitAtMidpoint(ConstraintSegment2* pCSeg, Triangle2* pStart);
     template <class IsKept>
     void flipIllegalEdge(Triangle2* pT, std::vector<Triangle2*>& vChanged, const IsKept& isKept);

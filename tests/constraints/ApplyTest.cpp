@@ -140,6 +140,22 @@ TEST(ConstraintApply, ExtremeMagnitudes)
     }
 }
 
+// The fault: halving until the pieces are as short as the gap between the borders, billions of them, where a vertex
+// beside the segment was judged by the last digits of coordinates near zero, or by products that underflow.
+TEST(ConstraintApply, ConformingBordersThatAlmostCoincide)
+{
+    for (const double scale : {1.0, 1e-300, 1e-310, 1e300}) {
+        Scene scene;
+        const auto at = [scale](double x, double y) { return Point2(scale * x, scale * y); };
+        scene.dt.insert({at(0.3, 1), at(-0.7, 1), at(0.1, -1), at(0, 2)});
+        scene.add({Segment2(at(-2, 0), at(1, 2e-16)), Segment2(at(-1, 3e-16), at(2, 1e-16))}, CIS_CONFORMING_DELAUNAY);
+        scene.add(square(-0.5 * scale, -0.25 * scale, scale * 1.000000000000001), CIS_CONFORMING_DELAUNAY);
+        scene.add(square(-0.5 * scale, -0.25 * scale, scale), CIS_CONFORMING_DELAUNAY);
+        scene.applyAndCheck(1e-12 * scale);
+        EXPECT_LT(scene.dt.numberOfPoints(), 300u);
+    }
+}
+
 // ---- several segments
 
 TEST(ConstraintApply, OverlappingSquares)
