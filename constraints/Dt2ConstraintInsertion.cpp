@@ -102,6 +102,12 @@ double Dt2::conformingTolerance() const
     return std::ldexp(std::numeric_limits<double>::epsilon(), exponent) * 10.0;
 }
 
+bool Dt2::isBelowTolerance(const Point2& src, const Point2& trg) const
+{
+    const double eps = conformingTolerance();
+    return std::fabs(src.x() - trg.x()) < eps && std::fabs(src.y() - trg.y()) < eps;
+}
+
 // A vertex on the segment comes first wherever it is: the pieces of a segment halved before would pass beside it, at a
 // distance that no halving makes good.
 void Dt2::insertConstraintSegmentKeepDelaunay(ConstraintSegment2* pCSeg)
@@ -112,7 +118,7 @@ void Dt2::insertConstraintSegmentKeepDelaunay(ConstraintSegment2* pCSeg)
     Point2* const trg = pCSeg->getTrg();
     SegmentTrace& trace = constraintMgr().scratch.trace;
     traceSegment(src, trg, true, trace);
-    if (trace.end == TRACE_FREE || trace.end == TRACE_CONSTRAINT) {
+    if ((trace.end == TRACE_FREE || trace.end == TRACE_CONSTRAINT) && !isBelowTolerance(*src, *trg)) {
         if (Point2* const pNear = findVertexBeside(trace)) {
             trace.end = TRACE_VERTEX;
             trace.pVertex = pNear;
@@ -159,8 +165,7 @@ Point2* Dt2::findVertexBeside(const SegmentTrace& trace) const
 void Dt2::splitAtMidpoint(ConstraintSegment2* pCSeg, Triangle2* pStart)
 {
     const Point2 &src = *pCSeg->getSrc(), &trg = *pCSeg->getTrg();
-    const double eps = conformingTolerance();
-    if (std::fabs(src.x() - trg.x()) < eps && std::fabs(src.y() - trg.y()) < eps) {
+    if (isBelowTolerance(src, trg)) {
         giveUp(pCSeg, kConformingPlace);
         return;
     }

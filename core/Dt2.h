@@ -372,6 +372,7 @@ private:
     bool splitAtCrossing(ConstraintSegment2* pCSeg, ConstraintSegment2* pOther, Triangle2* pStart, const char* where);
     void giveUp(ConstraintSegment2* pCSeg, const char* where);
     double conformingTolerance() const;
+    bool isBelowTolerance(const Point2& src, const Point2& trg) const;
     void destroyConstraints();
 
     // ---- zones

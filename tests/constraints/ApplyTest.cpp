@@ -117,6 +117,21 @@ TEST(ConstraintApply, ConformingSegmentBelowTheToleranceIsGivenUp)
     scene.check(0.0, 1);
 }
 
+// The blocking vertices lie within rounding of the segment, but not on it: below the tolerance they are no split
+// points.
+TEST(ConstraintApply, BelowTheToleranceNearbyVerticesDoNotSplit)
+{
+    Scene scene;
+    const double ulp = 0x1p-53; // at 0.5
+    scene.dt.insert({Point2(0, 0), Point2(1, 0), Point2(1, 1), Point2(0, 1)});
+    scene.dt.insert({Point2(0.5 + 9 * ulp, 0.5 + 2 * ulp), Point2(0.5 + 9 * ulp, 0.5 - 2 * ulp)});
+    scene.add({Segment2(Point2(0.5, 0.5), Point2(0.5 + 18 * ulp, 0.5))}, CIS_CONFORMING_DELAUNAY);
+    CapturedOutput output;
+    scene.dt.applyConstraintsAndZones();
+    EXPECT_EQ(countOf(output.stop(), kGivenUp), 1u);
+    EXPECT_EQ(alivePieces(scene.vGraphs).size(), 1u);
+}
+
 // Exponents out of range must not reach an integer conversion, nor sums infinity.
 TEST(ConstraintApply, ExtremeMagnitudes)
 {
