@@ -27,7 +27,7 @@ ConstraintSegment2::~ConstraintSegment2() = default;
 
 void ConstraintSegment2::addOwner(ConstraintGraph2* pGraph, bool bReverse)
 {
-    if (findOwner(pGraph))
+    if (!pGraph || findOwner(pGraph))
         return;
     if (!sOwners) {
         sOwners = pGraph->pSoleOwner;

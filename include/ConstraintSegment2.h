@@ -42,7 +42,7 @@ public:
     /// The number of graphs that contain this segment or one it is a piece of.
     std::uint64_t getNumberOfOwners() const { return sOwners ? sOwners->size() : 0; }
 
-    /// Adding a graph again has no effect.
+    /// Adding a graph again, or null, has no effect.
     ///
     /// @param bReverse  whether the graph runs along the segment from target to source
     void addOwner(ConstraintGraph2* pGraph, bool bReverse = false);

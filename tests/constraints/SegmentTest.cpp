@@ -85,9 +85,11 @@ TEST_F(SegmentTest, AliveSegmentHasNoChildrenToReport)
     EXPECT_TRUE(pCSeg0 == pCSeg && pCSeg1 == pCSeg && pSplit == &aPoints[5]);
 }
 
-TEST_F(SegmentTest, SplitAtAnEndIsRefused)
+TEST_F(SegmentTest, NullOwnersAndSplitsAtAnEndAreRefused)
 {
     ConstraintSegment2* const pCSeg = make(0, 1);
+    pCSeg->addOwner(nullptr);
+    EXPECT_EQ(pCSeg->getNumberOfOwners(), 0u);
 #ifdef NDEBUG
     std::ostringstream expected;
     expected << "\n      [Quor2D-Message] ConstraintSegment2::split, WARNING: Trying to split a Constraint segment at "
