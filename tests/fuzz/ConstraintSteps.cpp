@@ -19,6 +19,13 @@ bool isExtreme(const Point2& p)
     return isExtremeNumber(p.x()) || isExtremeNumber(p.y());
 }
 
+// Beside the axis by next to nothing. Conforming segments there would take as many vertices as they are longer than
+// that.
+bool isNearAxis(const Point2& p)
+{
+    return p.y() != 0.0 && std::fabs(p.y()) < 0x1p-30 * std::fabs(p.x());
+}
+
 } // namespace
 
 // Ends are points of all kinds, so also what was inserted before.
@@ -59,7 +66,8 @@ void MeshProgram::create(const std::vector<Segment2>& vSegments, ConstraintInser
         return;
     numSegments += vSegments.size();
     for (const Segment2& segment : vSegments)
-        if (isExtreme(segment.getSrc()) || isExtreme(segment.getTrg()))
+        if (isExtreme(segment.getSrc()) || isExtreme(segment.getTrg()) || isNearAxis(segment.getSrc()) ||
+            isNearAxis(segment.getTrg()))
             cis = CIS_CONSTRAINED_DELAUNAY;
     std::vector<Point2> vEnds;
     for (const Segment2& segment : vSegments)
