@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/HC2.h"
+#include "core/PageAllocator.h"
 
 #include <algorithm>
 #include <array>
@@ -14,6 +15,7 @@ namespace ZELK_QUOR2D
 
 /// One point while points are put in curve order: its key in the upper half, its position in the lower half.
 using CurveItem = std::uint64_t;
+using CurveItems = std::vector<CurveItem, PageAllocator<CurveItem>>;
 
 inline CurveItem makeCurveItem(std::uint32_t key, std::uint32_t position)
 {
@@ -29,7 +31,7 @@ inline std::uint32_t positionOf(CurveItem item)
 }
 
 /// Sorts by key, then by position. Radix sort from 1024 items on; linear time.
-inline void sortByKey(CurveItem* pFirst, std::size_t count, std::vector<CurveItem>& vScratch)
+inline void sortByKey(CurveItem* pFirst, std::size_t count, CurveItems& vScratch)
 {
     constexpr std::size_t kRadixFrom = 1024;
     constexpr int kDigitBits = 11; // three passes cover 32 bits
@@ -72,7 +74,7 @@ class CurveSorter
 public:
     explicit CurveSorter(PointAt accessor) : pointAt(accessor) {}
 
-    void sort(std::vector<CurveItem>& vItems)
+    void sort(CurveItems& vItems)
     {
         sortByKey(vItems.data(), vItems.size(), vScratch);
         for (std::size_t first = 0; first < vItems.size();) {
@@ -90,7 +92,7 @@ private:
     using Run = std::pair<std::size_t, std::size_t>;
     static constexpr std::size_t kShortRun = 24;
 
-    void refineRun(std::vector<CurveItem>& vItems, std::size_t first, std::size_t last, std::uint32_t key)
+    void refineRun(CurveItems& vItems, std::size_t first, std::size_t last, std::uint32_t key)
     {
         vRuns.assign(1, Run(first, last));
         // Ends: a run that is pushed is shorter than the one it came from, since the extreme points of a box without
@@ -106,7 +108,7 @@ private:
     }
 
     // Re-keys a run over its own box and queues the runs of equal keys. @return false when that separates nothing
-    bool splitByOwnCurve(std::vector<CurveItem>& vItems, const Run& run)
+    bool splitByOwnCurve(CurveItems& vItems, const Run& run)
     {
         double minX, minY, maxX, maxY;
         boxOf(vItems, run, minX, minY, maxX, maxY);
@@ -130,8 +132,7 @@ private:
         return true;
     }
 
-    void boxOf(const std::vector<CurveItem>& vItems, const Run& run, double& minX, double& minY, double& maxX,
-               double& maxY) const
+    void boxOf(const CurveItems& vItems, const Run& run, double& minX, double& minY, double& maxX, double& maxY) const
     {
         const auto& p0 = pointAt(positionOf(vItems[run.first]));
         minX = maxX = p0.x();
@@ -145,7 +146,7 @@ private:
         }
     }
 
-    void sortByCoordinates(std::vector<CurveItem>& vItems, const Run& run) const
+    void sortByCoordinates(CurveItems& vItems, const Run& run) const
     {
         const auto begin = vItems.begin();
         std::sort(begin + static_cast<std::ptrdiff_t>(run.first), begin + static_cast<std::ptrdiff_t>(run.second),
@@ -161,7 +162,7 @@ private:
     }
 
     PointAt pointAt;
-    std::vector<CurveItem> vScratch;
+    CurveItems vScratch;
     std::vector<Run> vRuns;
 };
 

@@ -48,8 +48,8 @@ void VertexCells::fill(const std::vector<VaultEntry>& vEntries, std::size_t numS
         vPending.pop_back();
         divide(pending);
     }
-    std::vector<CurveItem>().swap(vItems);
-    std::vector<CurveItem>().swap(vSorted);
+    CurveItems().swap(vItems);
+    CurveItems().swap(vSorted);
     for (std::size_t i = numSorted; i < vEntries.size(); ++i)
         note(vEntries[i].key, *vEntries[i].pVtx, vEntries[i].pVtx);
 }

@@ -86,10 +86,10 @@ private:
 
     std::vector<Cell> vCells; // those of the triangulation's curve, then those of the crowds
     std::vector<Crowd> vCrowds;
-    int cellShift = 0;              // from a key of the triangulation's curve to its cell
-    std::vector<Pending> vPending;  // while filling: the cells to be divided
-    std::vector<CurveItem> vItems;  // scratch
-    std::vector<CurveItem> vSorted; // scratch
+    int cellShift = 0;             // from a key of the triangulation's curve to its cell
+    std::vector<Pending> vPending; // while filling: the cells to be divided
+    CurveItems vItems;             // scratch
+    CurveItems vSorted;            // scratch
 };
 
 } // namespace ZELK_QUOR2D

@@ -95,10 +95,10 @@ void VertexVault::compact()
 void VertexVault::sortByKeyFrom(std::size_t first)
 {
     const std::vector<VaultEntry> vOld(vIdxVtxAct.begin() + static_cast<std::ptrdiff_t>(first), vIdxVtxAct.end());
-    std::vector<CurveItem> vItems(vOld.size());
+    CurveItems vItems(vOld.size());
     for (std::size_t i = 0; i < vOld.size(); ++i)
         vItems[i] = makeCurveItem(vOld[i].key, static_cast<std::uint32_t>(i));
-    std::vector<CurveItem> vScratch;
+    CurveItems vScratch;
     sortByKey(vItems.data(), vItems.size(), vScratch);
     for (std::size_t i = 0; i < vItems.size(); ++i)
         vIdxVtxAct[first + i] = vOld[positionOf(vItems[i])];
@@ -151,7 +151,7 @@ void VertexVault::rekeyAll()
 void VertexVault::sortEntriesFrom(std::size_t first)
 {
     std::vector<VaultEntry> vOld(vIdxVtxAct.begin() + static_cast<std::ptrdiff_t>(first), vIdxVtxAct.end());
-    std::vector<CurveItem> vItems(vOld.size());
+    CurveItems vItems(vOld.size());
     for (std::size_t i = 0; i < vOld.size(); ++i)
         vItems[i] = makeCurveItem(curve.getIndex(*vOld[i].pVtx), static_cast<std::uint32_t>(i));
     const auto pointAt = [&vOld](std::uint32_t position) -> const Point2& { return *vOld[position].pVtx; };

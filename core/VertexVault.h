@@ -156,7 +156,7 @@ template <class Source, class Skip>
 std::size_t VertexVault::addPoints(std::size_t numPoints, const Source& source, const Skip& bSkip,
                                    std::vector<std::uint32_t>* pEntryOfInput)
 {
-    std::vector<CurveItem> vItems;
+    CurveItems vItems;
     vItems.reserve(numPoints);
     for (std::size_t i = 0; i < numPoints; ++i)
         if (!bSkip(i))

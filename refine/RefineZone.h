@@ -59,7 +59,7 @@ public:
     bool bGrows = false;     ///< the zone is a list of triangles that takes in whatever refinement makes
     bool bUncertain = false; ///< the mesh has changed in a way that was not followed: the zone must be found again
     std::vector<RefineCandidate> vOpen; ///< of all triangles that miss the bounds and are not new
-    std::vector<CurveItem> vOrder;      ///< those of them to be refined, see addToOrder()
+    CurveItems vOrder;                  ///< those of them to be refined, see addToOrder()
     std::unordered_set<const ConstraintSegment2*> sUnsplittable; ///< at the limit of double precision
     std::vector<Triangle2*> vTested;                             ///< scratch
     std::size_t numPasses = 0;
@@ -67,7 +67,7 @@ public:
 private:
     const Dt2& dt;
     std::vector<Triangle2*> vNew; // holds every triangle with TM_NEW, perhaps others
-    std::vector<CurveItem> vScratch;
+    CurveItems vScratch;
 };
 
 } // namespace ZELK_QUOR2D
