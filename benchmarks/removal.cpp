@@ -6,6 +6,7 @@
 #include <cmath>
 #include <functional>
 #include <iostream>
+#include <iterator>
 #include <random>
 
 namespace
@@ -20,14 +21,17 @@ struct Triangulated {
     std::vector<Point2*> vVertices; // to be removed, in this order
 };
 
-// A tenth of the vertices, in random order.
-Triangulated prepareRandomVertices(const Points& vPoints)
+// A random tenth of the vertices, in random order, or in the order in which they are kept: along the curve.
+Triangulated prepareRandomVertices(const Points& vPoints, bool bInOrder)
 {
     Triangulated input{std::make_unique<Quor_2D>(), {}};
     input.pDt->insert(vPoints);
-    input.pDt->getVertexPointers(input.vVertices);
-    std::shuffle(input.vVertices.begin(), input.vVertices.end(), std::mt19937_64(7));
-    input.vVertices.resize(vPoints.size() / 10);
+    std::vector<Point2*> vAll;
+    input.pDt->getVertexPointers(vAll);
+    std::mt19937_64 random(7);
+    if (!bInOrder)
+        std::shuffle(vAll.begin(), vAll.end(), random);
+    std::sample(vAll.begin(), vAll.end(), std::back_inserter(input.vVertices), vPoints.size() / 10, random);
     return input;
 }
 
@@ -70,9 +74,13 @@ void compareWithInsertion(const char* title, int rounds, const Points& vPoints)
                                      [](const std::unique_ptr<Quor_2D>& pDt) { return pDt->numberOfTriangles(); }));
     const double n = static_cast<double>(vPoints.size());
     const double inserted = insertion.seconds() / n;
-    const double removed = measureRemoval(rounds, [&] { return prepareRandomVertices(vPoints); }) / (n / 10);
-    std::printf("%-28s %8zu points  insertion %6.3f us  removal %6.3f us  ratio %5.2f\n", title, vPoints.size(),
-                inserted * 1e6, removed * 1e6, removed / inserted);
+    for (const bool bInOrder : {false, true}) {
+        const double removed =
+            measureRemoval(rounds, [&] { return prepareRandomVertices(vPoints, bInOrder); }) / (n / 10);
+        std::printf("%-10s %8zu points  insertion %6.3f us  removal %6.3f us %-16s  ratio %5.2f\n", title,
+                    vPoints.size(), inserted * 1e6, removed * 1e6, bInOrder ? "along the curve" : "in random order",
+                    removed / inserted);
+    }
 }
 
 void reportHub(const char* title, int rounds, int degree, const Points& vRing, const Point2& hub)

@@ -41,7 +41,7 @@ Triangle2* Dt2::locate(const Point2& p)
     const std::uint32_t key = hilbertCurve.getIndex(p);
     Triangle2* pT = nullptr;
     const int intState = walkFromNear(p, key, pT);
-    if (!pT || intState == WALK_INSIDE || intState == WALK_ON_CORNER)
+    if (intState == WALK_INSIDE || intState == WALK_ON_CORNER)
         return pT;
     // A point on a hull edge still belongs to its triangle.
     return predicates.getOrientation2(pT, intState, &p) == ORI2_ZERO ? pT : nullptr;
@@ -158,7 +158,8 @@ int Dt2::searchExhaustively(const Point2* p, Triangle2*& pT)
     });
     if (!pContaining) {
         QUOR2D_ASSERT(pBeyond != nullptr, "pBeyond!=NULL");
-        pT = pBeyond;
+        if (pBeyond)
+            pT = pBeyond;
         return hullEdge;
     }
     pT = pContaining;
