@@ -1,5 +1,6 @@
 // One difficult cloud at every magnitude that doubles have. docs/robustness.md shows the table.
 #include "tests/output/OutputTestSupport.h"
+#include "tests/support/ConstraintCheck.h"
 #include "tests/support/MeshCheck.h"
 #include "tests/support/PointSets.h"
 #include "tests/trust/MeshSet.h"
@@ -97,6 +98,26 @@ TEST(Range, ScaledCloudGivesTheSameMesh)
         };
         EXPECT_EQ(test::meshSetOf(dt, unscaled), expected) << exponent;
     }
+}
+
+// Faults: products of lengths that overflow or vanish and then let a vertex far off pass for one on a segment.
+TEST(Range, SegmentsAtEveryScale)
+{
+    CapturedOutput output;
+    const std::vector<Point2> vCloud = difficultCloud();
+    for (int exponent = -1068; exponent <= 1020; exponent += std::abs(exponent - 508) < 8 ? 1 : 12)
+        for (ConstraintInsertionStrategy cis : {CIS_CONSTRAINED_DELAUNAY, CIS_CONFORMING_DELAUNAY}) {
+            Quor_2D dt;
+            dt.insert(scaled(vCloud, exponent));
+            const std::vector<Point2> vEnds = scaled({{0, 0}, {9, 0}, {9, 9}, {0, 9}, {0, 0.37}, {9, 7.13}}, exponent);
+            std::vector<ConstraintGraph2*> vGraphs;
+            for (std::size_t i : {0u, 1u, 2u, 4u})
+                vGraphs.push_back(dt.createConstraint({Segment2(vEnds[i], vEnds[i + 1])}, cis));
+            dt.applyConstraintsAndZones();
+            test::ConstraintCheckOptions options;
+            options.maxDeviation = std::max(std::ldexp(1e-14, exponent), 0x1p-1071);
+            ASSERT_EQ(test::findConstraintDefect(dt, vGraphs, options), "") << exponent << " " << cis;
+        }
 }
 
 // What rounding to the offset makes of the cloud: many duplicates and collinear points.
