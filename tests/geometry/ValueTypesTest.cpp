@@ -1,6 +1,5 @@
 #include "Circle2.h"
 #include "Color.h"
-#include "Label.h"
 #include "Point2.h"
 #include "Segment2.h"
 #include "Triangle2.h"
@@ -116,20 +115,6 @@ TEST(ValueTypes, TextForms)
     EXPECT_EQ(segment.substr(segment.size() - 10), ",-1): 3, 4");
 }
 
-TEST(ValueTypes, SegmentEndsSwap)
-{
-    Segment2 segment(Point2(1, 2), Point2(3, 4));
-    segment.swapSrcTrg();
-    EXPECT_TRUE(segment.getSrc() == Point2(3, 4));
-    EXPECT_TRUE(segment.getTrg() == Point2(1, 2));
-}
-
-TEST(ValueTypes, CircleTakesTheSquaredRadius)
-{
-    EXPECT_EQ(Circle2(0, 0, 4).getRadius(), 2.0);
-    EXPECT_EQ(Circle2(Point2(1, 2), 9).getSqRadius(), 9.0);
-}
-
 TEST(ValueTypes, ColorsCompareEveryField)
 {
     const Color color(0.1, 0.2, 0.3, 0.4, true);
@@ -140,15 +125,6 @@ TEST(ValueTypes, ColorsCompareEveryField)
          {Color(0.9, 0.2, 0.3, 0.4, true), Color(0.1, 0.9, 0.3, 0.4, true), Color(0.1, 0.2, 0.9, 0.4, true),
           Color(0.1, 0.2, 0.3, 0.9, true), Color(0.1, 0.2, 0.3, 0.4, false)})
         EXPECT_TRUE(color != other);
-}
-
-TEST(ValueTypes, LabelKeepsPositionTextAndMark)
-{
-    const Label label(Point2(1, 2), "text", true);
-    const Label copy(label);
-    EXPECT_TRUE(copy.getPosition() == Point2(1, 2));
-    EXPECT_EQ(copy.getText(), "text");
-    EXPECT_TRUE(copy.isWithMark());
 }
 
 } // namespace

@@ -1,9 +1,9 @@
-// Measures the viewer in headless Chromium: node speed.js [triangles ...]. Not part of the tests.
+// Measures the viewer in headless Chromium: node benchmarks/viewer_speed.js [triangles ...]
 "use strict";
 
 const fs = require("fs");
-const { Browser, findChromium, serveFolder } = require("./browser.js");
-const { makeScene, squareWithHole } = require("./scene.js");
+const { Browser, findChromium, serveFolder } = require("../tests/output/viewer/browser.js");
+const { makeScene, squareWithHole } = require("../tests/output/viewer/scene.js");
 
 // Runs in the page: draws the scene `frames` times while turning it and gives milliseconds for each frame.
 const DRAW = (mode, frames) => `(() => {
