@@ -1,9 +1,8 @@
 #include "constraints/ConstraintMgr.h"
 #include "core/Dt2.h"
 #include "tests/constraints/Scene.h"
+#include "tests/support/TemporaryDirectory.h"
 
-#include <cstdio>
-#include <fstream>
 #include <limits>
 
 using namespace ZELK_QUOR2D;
@@ -176,7 +175,8 @@ TEST(ConstraintMgr, WritesPiecesThatCanBeReadBack)
     dt.createConstraint({Segment2(Point2(0, 0), Point2(x, 0))}, CIS_CONSTRAINED_DELAUNAY);
     dt.insert(Point2(0.1, 0));
     dt.applyConstraintsAndZones();
-    const std::string prefix = ::testing::TempDir() + "quor2d";
+    const TemporaryDirectory directory;
+    const std::string prefix = directory.path("pieces");
     CapturedOutput output;
     dt.constraintMgr().writeConstraints(prefix, 7);
     EXPECT_EQ(output.stop(),
@@ -188,6 +188,4 @@ TEST(ConstraintMgr, WritesPiecesThatCanBeReadBack)
         sum += x0 == x || x1 == x ? 1.0 : 0.0;
     EXPECT_EQ(numLines, 2);
     EXPECT_EQ(sum, 1.0);
-    file.close();
-    std::remove((prefix + "_c7.con").c_str());
 }

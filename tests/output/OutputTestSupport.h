@@ -1,40 +1,11 @@
 #pragma once
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
+#include "tests/support/TemporaryDirectory.h"
+
 #include <iostream>
-#include <iterator>
 #include <locale>
 #include <sstream>
-#include <stdexcept>
 #include <string>
-
-// A directory of its own for each test, removed at the end.
-class TemporaryDirectory
-{
-public:
-    TemporaryDirectory()
-    {
-        std::string pattern = (std::filesystem::temp_directory_path() / "quor2d_XXXXXX").string();
-        if (!mkdtemp(pattern.data()))
-            throw std::runtime_error("no temporary directory");
-        directory = pattern;
-    }
-    ~TemporaryDirectory()
-    {
-        std::error_code error;
-        std::filesystem::remove_all(directory, error);
-    }
-    TemporaryDirectory(const TemporaryDirectory&) = delete;
-    TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
-
-    std::string path(const std::string& name) const { return (directory / name).string(); }
-    std::string path() const { return directory.string(); }
-
-private:
-    std::filesystem::path directory;
-};
 
 // Collects what goes to standard output, and restores the state of the stream afterwards.
 class CapturedOutput
@@ -81,9 +52,3 @@ private:
 
     std::locale saved;
 };
-
-inline std::string readFile(const std::string& filename)
-{
-    std::ifstream file(filename, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
-}

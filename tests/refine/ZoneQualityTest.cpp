@@ -1,8 +1,7 @@
 #include "tests/refine/RefineTestSupport.h"
+#include "tests/support/TemporaryDirectory.h"
 
 #include <cstdio>
-#include <fstream>
-#include <iterator>
 
 using namespace ZELK_QUOR2D;
 using namespace ZELK_QUOR2D::test;
@@ -10,28 +9,31 @@ using namespace ZELK_QUOR2D::test;
 namespace
 {
 
-std::string qualityOf(Region& region, Zone2* pZone, double angle, double maxEdge)
+class ZoneQuality : public testing::Test
 {
-    const std::string name = testing::TempDir() + "quor2d_quality";
-    std::remove((name + ".ps").c_str());
-    return outputOf([&] { region.dt.checkZoneQuality(pZone, angle, maxEdge, name, AcceptExperimentalFeature()); });
-}
+protected:
+    std::string qualityOf(Region& region, Zone2* pZone, double angle, double maxEdge)
+    {
+        std::remove((name + ".ps").c_str());
+        return outputOf([&] { region.dt.checkZoneQuality(pZone, angle, maxEdge, name, AcceptExperimentalFeature()); });
+    }
+
+    std::string page() const { return readFile(name + ".ps"); }
+
+private:
+    TemporaryDirectory directory;
+    const std::string name = directory.path("quality");
+};
 
 bool contains(const std::string& text, const std::string& part)
 {
     return text.find(part) != std::string::npos;
 }
 
-std::string page()
-{
-    std::ifstream file(testing::TempDir() + "quor2d_quality.ps");
-    return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
-}
-
 } // namespace
 
 // Each reason in a scene where it is the only one.
-TEST(ZoneQuality, NamesTheReasons)
+TEST_F(ZoneQuality, NamesTheReasons)
 {
     Region flat({Point2(0, 0), Point2(10, 0), Point2(10, 1), Point2(5, 1.01), Point2(0, 1)});
     flat.apply();
@@ -63,7 +65,7 @@ TEST(ZoneQuality, NamesTheReasons)
                          "the hull is in the way, without a constraint"));
 }
 
-TEST(ZoneQuality, RefusesWhatIsNoZone)
+TEST_F(ZoneQuality, RefusesWhatIsNoZone)
 {
     Region region(box(0, 0, 1, 1)), other(box(0, 0, 1, 1));
     region.apply();

@@ -1,4 +1,4 @@
-#include "TemporaryDirectory.h"
+#include "TemporaryDirectoryTest.h"
 #include "formats/FileError.h"
 #include "formats/Formats.h"
 
@@ -249,7 +249,7 @@ TEST_F(ReaderTest, MissingFilesAndDirectoriesAreNamed)
         if (!info.bScene)
             continue;
         EXPECT_THROW(readScene(pathOf("missing"), info.format), FileError);
-        EXPECT_THROW(readScene(directory, info.format), FileError);
+        EXPECT_THROW(readScene(directory.path(), info.format), FileError);
     }
 }
 

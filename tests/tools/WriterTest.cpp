@@ -1,4 +1,4 @@
-#include "TemporaryDirectory.h"
+#include "TemporaryDirectoryTest.h"
 #include "formats/FileError.h"
 #include "formats/MeshOutput.h"
 #include "formats/OutputFile.h"
@@ -132,7 +132,7 @@ TEST_F(WriterTest, FailedOutputsLeaveEverythingAsItWas)
     EXPECT_EQ(read("old.obj"), "old");
     EXPECT_EQ(numFiles(), numBefore);
     EXPECT_THROW(checkTargets({{pathOf("missing/a.obj"), Format::Obj}}), FileError);
-    EXPECT_THROW(checkTargets({{directory, Format::Obj}}), FileError);
+    EXPECT_THROW(checkTargets({{directory.path(), Format::Obj}}), FileError);
     EXPECT_THROW(checkTargets({{pathOf("old.obj/"), Format::WebScene}}), FileError);
 }
 
@@ -160,7 +160,7 @@ TEST_F(WriterTest, WebScenesAreCompleteInNewAndOldDirectories)
             EXPECT_GT(read(std::string("scene/") + pName).size(), 1000u) << pName;
         EXPECT_EQ(numFiles(), 2u);
     }
-    writeMesh(anyMesh(), {{directory, Format::WebScene}});
+    writeMesh(anyMesh(), {{directory.path(), Format::WebScene}});
     EXPECT_EQ(read("note"), "mine");
 }
 
