@@ -317,6 +317,10 @@ private:
         Triangle2* pT; // one of its triangles
         int degree;
     };
+    struct StarTriangle {
+        Triangle2* pT;
+        Point2* pShared; // the corner that it has in common with the one before it on the walk, besides the vertex
+    };
     bool isRemovable(const Point2* pVtx) const;
     bool collectStar(const Point2* pVtx);
     void fillRing(const Point2* pVtx, bool bClosed);
@@ -430,8 +434,8 @@ private:
     std::vector<HullEdge> vVisibleHullEdges; // counterclockwise
     std::vector<HullEdge> vSuspectEdges;     // edges whose circles removal has to look at
     std::vector<HullEdge> vSuspectNext;
-    std::vector<Triangle2*> vStarCcw; // the star of a vertex that is removed, from its triangle on in both directions
-    std::vector<Triangle2*> vStarCw;
+    std::vector<StarTriangle> vStarCcw; // of a vertex that is removed, from its triangle on in both directions
+    std::vector<StarTriangle> vStarCw;
     StarRing ring;
     Point2* pLastInserted = nullptr;
     std::size_t walkSteps = 0; // of the latest walk

@@ -13,7 +13,7 @@ namespace
 {
 
 // The walk round a star waits for memory at each step. Meanwhile what removal is going to touch can arrive, too.
-void prefetchAround(const Triangle2* pT, int apex)
+void prefetchBeyond(const Triangle2* pT, int apex)
 {
     prefetch(pT->getCorner(next(apex)));
     prefetch(pT->getCorner(prev(apex)));
@@ -48,10 +48,25 @@ void Dt2::remove(Point2* pVtx, bool bInternal)
     forgetVertex(pVtx);
 }
 
-// The address decides: a copy, and a vertex of another triangulation, may have the same coordinates.
+// The address decides: a copy, and a vertex of another triangulation, may have the same coordinates. Vertices that were
+// removed, or wait for a triangulation, have no triangle.
+//
+// Reading the vertex is the first of the waits for memory that a removal consists of, so what comes next is asked for
+// before. A batch makes its vertices along the curve, and two triangles with each of them: a star mostly lies where its
+// vertex lies in the other pool, or a little before, and else around the vertex's triangle. (This stands here since
+// compilers may drop the call of a function that does nothing else.)
 bool Dt2::isRemovable(const Point2* pVtx) const
 {
-    return vertexVault.contains(pVtx) && pVtx->getIncidentTriangle();
+    constexpr std::size_t kMinVertices = 20000; // a cache holds the mesh of fewer ones
+    const std::size_t index = vertexPool.indexOf(pVtx);
+    if (index == SimplePool<Point2>::kNone)
+        return false;
+    if (vertexPool.numberOfElements() >= kMinVertices) {
+        prefetchAround(pVtx, 4, 5);
+        prefetchAround(trianglePool.elementAt(2 * index), 27, 4);
+        prefetchAround(pVtx->getIncidentTriangle(), 13, 6);
+    }
+    return pVtx->getIncidentTriangle() != nullptr;
 }
 
 void Dt2::forgetVertex(Point2* pVtx)
@@ -72,16 +87,17 @@ bool Dt2::collectStar(const Point2* pVtx)
     vStarCw.clear();
     Triangle2* pCcw = pVtx->getIncidentTriangle();
     Triangle2* pCw = pCcw;
-    vStarCcw.push_back(pCcw);
+    vStarCcw.push_back(StarTriangle{pCcw, nullptr});
     bool bClosed = false;
     const auto stepOn = [&](Triangle2*& pT, bool bCcw) {
         const int i = pT->getIntraTriangleIndex(pVtx);
-        prefetchAround(pT, i);
+        prefetchBeyond(pT, i);
+        Point2* const pShared = pT->getCorner(bCcw ? prev(i) : next(i));
         pT = pT->getOppositeTriangle(bCcw ? next(i) : prev(i));
         prefetchWhole(pT);
         bClosed = pT && pCcw == pCw;
         if (pT && !bClosed)
-            (bCcw ? vStarCcw : vStarCw).push_back(pT);
+            (bCcw ? vStarCcw : vStarCw).push_back(StarTriangle{pT, pShared});
     };
     // Ends: a star is finite.
     while (!bClosed && (pCcw || pCw)) {
@@ -96,14 +112,18 @@ bool Dt2::collectStar(const Point2* pVtx)
 
 void Dt2::fillRing(const Point2* pVtx, bool bClosed)
 {
-    const auto add = [this, pVtx](Triangle2* pT) {
-        ring.add(pT->getCorner(next(pT->getIntraTriangleIndex(pVtx))), pT);
-    };
+    const Triangle2* const pFirst = vStarCw.empty() ? vStarCcw.front().pT : vStarCw.back().pT;
+    const Point2* pCorner = pFirst->getCorner(next(pFirst->getIntraTriangleIndex(pVtx)));
     ring.start(pVtx);
-    std::for_each(vStarCw.rbegin(), vStarCw.rend(), add);
-    std::for_each(vStarCcw.begin(), vStarCcw.end(), add);
+    for (auto it = vStarCw.rbegin(); it != vStarCw.rend(); ++it) {
+        ring.add(pCorner, it->pT);
+        pCorner = it->pShared;
+    }
+    ring.add(pCorner, vStarCcw.front().pT);
+    for (std::size_t i = 1; i < vStarCcw.size(); ++i)
+        ring.add(vStarCcw[i].pShared, vStarCcw[i].pT);
     if (!bClosed) {
-        const Triangle2* const pLast = vStarCcw.back();
+        const Triangle2* const pLast = vStarCcw.back().pT;
         ring.add(pLast->getCorner(prev(pLast->getIntraTriangleIndex(pVtx))), nullptr);
     }
     ring.finish(bClosed);
@@ -186,7 +206,8 @@ void Dt2::removeAtHull(Point2* pVtx)
 // Flips of the star leave the entries valid: they change what lies on the inner side only.
 void Dt2::suspectBorderOfStar(const Point2* pVtx)
 {
-    const auto suspect = [this, pVtx](Triangle2* pT) {
+    const auto suspect = [this, pVtx](const StarTriangle& entry) {
+        const Triangle2* const pT = entry.pT;
         if (Triangle2* const pOuter = pT->getOppositeTriangle(pT->getIntraTriangleIndex(pVtx)))
             vSuspectEdges.push_back(HullEdge{pOuter, pOuter->getIntraTriangleIndex(pT)});
     };

@@ -100,9 +100,9 @@ void Dt2::flipInOrder(Point2* pVtx, Star& star, FlatTriangles flatTriangles)
         Triangle2* const pLeft = takeCornerAway(pVtx, ring.triangleAfter(corner), flatTriangles);
         if (!pLeft)
             continue;
-        ring.leave(corner);
         star.pT = pLeft;
-        --star.degree;
+        if (--star.degree > minDegree)
+            ring.leave(corner);
     }
 }
 

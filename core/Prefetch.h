@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 namespace ZELK_QUOR2D
@@ -21,6 +22,16 @@ inline void prefetchWhole(const T* p)
 {
     prefetch(p);
     prefetch(reinterpret_cast<const void*>(reinterpret_cast<std::uintptr_t>(p) + sizeof(T) - 1));
+}
+
+/// For a record with its neighbours in an array, which may lie outside of all memory.
+template <class T>
+inline void prefetchAround(const T* p, std::size_t numBefore, std::size_t numAfter)
+{
+    constexpr std::size_t kCacheLine = 64;
+    const std::uintptr_t begin = reinterpret_cast<std::uintptr_t>(p) - numBefore * sizeof(T);
+    for (std::size_t offset = 0; offset < (numBefore + 1 + numAfter) * sizeof(T); offset += kCacheLine)
+        prefetch(reinterpret_cast<const void*>(begin + offset));
 }
 
 } // namespace ZELK_QUOR2D

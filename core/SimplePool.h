@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <functional>
 #include <iostream>
+#include <limits>
 #include <numeric>
 #include <vector>
 
@@ -62,17 +63,35 @@ public:
 
     /// Whether `p` is the address of an element that was handed out. One comparison per block, the last and
     /// largest ones first.
-    bool contains(const T* p) const
+    bool contains(const T* p) const { return indexOf(p) != kNone; }
+
+    /// How many elements were handed out before this one; kNone for any other address. At the same cost.
+    std::size_t indexOf(const T* p) const
     {
         const std::less<const T*> before;
+        std::size_t first = fullBlocks; // index of the first element of the block
         for (std::size_t b = vBlocks.size(); b-- > 0;) {
-            const int used = usedElements(b);
-            if (before(p, vBlocks[b]) || !before(p, vBlocks[b] + used))
-                continue;
-            const auto offset = reinterpret_cast<std::uintptr_t>(p) - reinterpret_cast<std::uintptr_t>(vBlocks[b]);
-            return offset % sizeof(T) == 0;
+            if (!before(p, vBlocks[b]) && before(p, vBlocks[b] + usedElements(b))) {
+                const auto offset = reinterpret_cast<std::uintptr_t>(p) - reinterpret_cast<std::uintptr_t>(vBlocks[b]);
+                return offset % sizeof(T) == 0 ? first + offset / sizeof(T) : kNone;
+            }
+            first -= b > 0 ? static_cast<std::size_t>(vSizes[b - 1]) : 0;
         }
-        return false;
+        return kNone;
+    }
+    static constexpr std::size_t kNone = std::numeric_limits<std::size_t>::max();
+
+    /// The element before which `index` others were handed out; null where there are not so many. One comparison per
+    /// block.
+    T* elementAt(std::size_t index) const
+    {
+        if (index >= numberOfElements())
+            return nullptr;
+        std::size_t b = 0;
+        // Ends: the elements of all blocks are more than the index.
+        for (; index >= static_cast<std::size_t>(vSizes[b]); ++b)
+            index -= static_cast<std::size_t>(vSizes[b]);
+        return vBlocks[b] + index;
     }
 
     /// Calls `visit(T*)` for every element handed out, in the order of handing out.

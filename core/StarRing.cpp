@@ -67,11 +67,10 @@ int StarRing::takeSmallest()
 {
     int best = kNone;
     double bestPower = kNever;
-    for (std::size_t i = 0; i < vCorners.size(); ++i) {
-        if (vCorners[i].power < bestPower) {
-            bestPower = vCorners[i].power;
-            best = static_cast<int>(i);
-        }
+    for (int i = 0, n = static_cast<int>(vCorners.size()); i < n; ++i) {
+        const bool bLess = at(i).power < bestPower; // without a jump: nobody could predict it
+        best = bLess ? i : best;
+        bestPower = bLess ? at(i).power : bestPower;
     }
     if (best != kNone)
         at(best).power = kNever;

@@ -76,9 +76,6 @@ public:
     /// Takes a vertex out. O(1): its entries disappear at the next compaction, but are not counted from now on.
     void remove(Point2* pVtx);
 
-    /// Whether `p` is the address of a vertex that was handed out and not removed.
-    bool contains(const Point2* p) const { return vertexPool.contains(p) && !(p->marks & VM_REMOVED); }
-
     /// An incident triangle of the vertex whose key is nearest, or of one near it. Never null while the triangulation
     /// has triangles. May drop and move entries.
     Triangle2* getCT(std::uint32_t key);
