@@ -23,7 +23,11 @@ Quor_2D::~Quor_2D()
 
 void Quor_2D::initQuor(unsigned int numExpectedVertices)
 {
-    guarded([&] { pDt2 = new Dt2(numExpectedVertices); });
+    guarded([&] {
+        Dt2* const pNew = new Dt2(numExpectedVertices);
+        delete pDt2;
+        pDt2 = pNew;
+    });
 }
 
 void Quor_2D::setName(const std::string& name)

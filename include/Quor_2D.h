@@ -254,6 +254,8 @@ public:
     void writeWebScene(const char* path) const;
 
 protected:
+    /// What the constructor does. Called again by a derived class it starts anew: all vertices, constraints and zones
+    /// are gone.
     void initQuor(unsigned int numExpectedVertices);
 
 private:
