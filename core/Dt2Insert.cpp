@@ -301,7 +301,7 @@ Triangle2* Dt2::splitTriangle(Point2* pVtx, Triangle2* pT)
     Triangle2* const pT1 = takeTriangle(pVtx, c1, c2);
     Triangle2* const pT2 = takeTriangle(pVtx, c2, c0);
     const auto relink = [pT](Triangle2* pOuter, Triangle2* pNew) {
-        const int i = pOuter->getIntraTriangleIndex(pT);
+        const int i = indexOf(pOuter, pT);
         prefetch(pOuter->getCorner(i));
         pOuter->setOppTriangle(i, pNew);
     };
@@ -310,7 +310,7 @@ Triangle2* Dt2::splitTriangle(Point2* pVtx, Triangle2* pT)
     if (n1)
         relink(n1, pT2);
     if (n2)
-        prefetch(n2->getCorner(n2->getIntraTriangleIndex(pT)));
+        prefetch(n2->getCorner(indexOf(n2, pT)));
     pT->setProperties(pVtx, c0, c1);
     setNeighbors(pT, n2, pT1, pT2);
     setNeighbors(pT1, n0, pT2, pT);
@@ -474,7 +474,7 @@ void Dt2::legalize()
 void Dt2::flipEdge(Triangle2* pT, int ith)
 {
     Triangle2* const pOpp = pT->getOppositeTriangle(ith);
-    const int j = pOpp->getIntraTriangleIndex(pT);
+    const int j = indexOf(pOpp, pT);
     Point2* const p = pT->getCorner(ith);
     Point2* const a = pT->getCorner(next(ith));
     Point2* const b = pT->getCorner(prev(ith));
@@ -485,9 +485,9 @@ void Dt2::flipEdge(Triangle2* pT, int ith)
     Triangle2* const pAcrossQB = pOpp->getOppositeTriangle(prev(j));
     prefetchWhole(pAcrossQB);
     if (pAcrossBP)
-        pAcrossBP->setOppTriangle(pAcrossBP->getIntraTriangleIndex(pT), pOpp);
+        pAcrossBP->setOppTriangle(indexOf(pAcrossBP, pT), pOpp);
     if (pAcrossAQ) {
-        const int k = pAcrossAQ->getIntraTriangleIndex(pOpp);
+        const int k = indexOf(pAcrossAQ, pOpp);
         prefetch(pAcrossAQ->getCorner(k));
         pAcrossAQ->setOppTriangle(k, pT);
     }

@@ -1,6 +1,7 @@
 #include "core/Dt2.h"
 
 #include "core/Prefetch.h"
+#include "core/TriangleLinks.h"
 #include "output/Message.h"
 
 #include <algorithm>
@@ -114,7 +115,7 @@ void Dt2::fillRing(const Point2* pVtx, bool bClosed)
 {
     const Triangle2* const pFirst = vStarCw.empty() ? vStarCcw.front().pT : vStarCw.back().pT;
     const Point2* pCorner = pFirst->getCorner(next(pFirst->getIntraTriangleIndex(pVtx)));
-    ring.start(pVtx);
+    ring.start(pVtx, vStarCw.size() + vStarCcw.size() + 1);
     for (auto it = vStarCw.rbegin(); it != vStarCw.rend(); ++it) {
         ring.add(pCorner, it->pT);
         pCorner = it->pShared;
@@ -152,22 +153,22 @@ void Dt2::removeInside(Point2* pVtx)
 //       a ----- b            a ----- b
 void Dt2::mergeLastThree(const Point2* pVtx, Triangle2* pT)
 {
-    const int i = pT->getIntraTriangleIndex(pVtx);
+    const int i = indexOf(pT, pVtx);
     Triangle2* const pT1 = pT->getOppositeTriangle(next(i));
     Triangle2* const pT2 = pT->getOppositeTriangle(prev(i));
-    const int i1 = pT1->getIntraTriangleIndex(pVtx);
+    const int i1 = indexOf(pT1, pVtx);
     Triangle2* const pAcrossAB = pT->getOppositeTriangle(i);
     Triangle2* const pAcrossBC = pT1->getOppositeTriangle(i1);
-    Triangle2* const pAcrossCA = pT2->getOppositeTriangle(pT2->getIntraTriangleIndex(pVtx));
+    Triangle2* const pAcrossCA = pT2->getOppositeTriangle(indexOf(pT2, pVtx));
     QUOR2D_ASSERT(pT1->getOppositeTriangle(next(i1)) == pT2, "vRemainingT.size()==3");
     pT->setProperties(pT->getCorner(next(i)), pT->getCorner(prev(i)), pT1->getCorner(prev(i1)));
     pT->setOppTriangle(0, pAcrossBC);
     pT->setOppTriangle(1, pAcrossCA);
     pT->setOppTriangle(2, pAcrossAB);
     if (pAcrossBC)
-        pAcrossBC->setOppTriangle(pAcrossBC->getIntraTriangleIndex(pT1), pT);
+        pAcrossBC->setOppTriangle(indexOf(pAcrossBC, pT1), pT);
     if (pAcrossCA)
-        pAcrossCA->setOppTriangle(pAcrossCA->getIntraTriangleIndex(pT2), pT);
+        pAcrossCA->setOppTriangle(indexOf(pAcrossCA, pT2), pT);
     discardTriangle(pT1);
     discardTriangle(pT2);
 }
@@ -186,7 +187,7 @@ void Dt2::removeAtHull(Point2* pVtx)
     flipInOrder(pVtx, star, FLAT_ALLOWED);
     flipFan(pVtx, pFirst);
     for (Triangle2 *pT = pFirst, *pNext = nullptr; pT; pT = pNext) {
-        const int i = pT->getIntraTriangleIndex(pVtx);
+        const int i = indexOf(pT, pVtx);
         pNext = pT->getOppositeTriangle(next(i));
         Triangle2* const pOuter = pT->getOppositeTriangle(i);
         if (pOuter)
@@ -208,7 +209,7 @@ void Dt2::suspectBorderOfStar(const Point2* pVtx)
 {
     const auto suspect = [this, pVtx](const StarTriangle& entry) {
         const Triangle2* const pT = entry.pT;
-        if (Triangle2* const pOuter = pT->getOppositeTriangle(pT->getIntraTriangleIndex(pVtx)))
+        if (Triangle2* const pOuter = pT->getOppositeTriangle(indexOf(pT, pVtx)))
             vSuspectEdges.push_back(HullEdge{pOuter, pOuter->getIntraTriangleIndex(pT)});
     };
     std::for_each(vStarCw.begin(), vStarCw.end(), suspect);
@@ -246,7 +247,7 @@ bool Dt2::isCircleViolated(const Triangle2* pT, int ith)
     const Triangle2* const pOpp = pT->getOppositeTriangle(ith);
     if (!pOpp)
         return false;
-    const Point2* const pApex = pOpp->getCorner(pOpp->getIntraTriangleIndex(pT));
+    const Point2* const pApex = pOpp->getCorner(indexOf(pOpp, pT));
     return predicates.inCircleSign(pT->getCorner(0), pT->getCorner(1), pT->getCorner(2), pApex) == ORI2_POSITIVE;
 }
 

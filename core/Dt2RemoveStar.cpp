@@ -46,11 +46,11 @@ Triangle2* nextAround(const Point2* pVtx, const Triangle2* pT)
 // knows that the vertex leaves all its triangles anyway.
 Triangle2* Dt2::flipAway(Point2* pVtx, Triangle2* pT, FlatTriangles flatTriangles)
 {
-    const int i = pT->getIntraTriangleIndex(pVtx);
+    const int i = indexOf(pT, pVtx);
     Triangle2* const pN = pT->getOppositeTriangle(prev(i));
     if (!pN)
         return nullptr;
-    const int j = pN->getIntraTriangleIndex(pVtx);
+    const int j = indexOf(pN, pVtx);
     Point2* const a = pT->getCorner(next(i));
     Point2* const b = pT->getCorner(prev(i));
     Point2* const w = pN->getCorner(next(j));
@@ -69,9 +69,9 @@ Triangle2* Dt2::flipAway(Point2* pVtx, Triangle2* pT, FlatTriangles flatTriangle
     setCorners(pN, pVtx, w, b);
     setNeighbors(pN, pT, pAcrossBV, pAcrossVW);
     if (pAcrossWA)
-        pAcrossWA->setOppTriangle(pAcrossWA->getIntraTriangleIndex(pN), pT);
+        pAcrossWA->setOppTriangle(indexOf(pAcrossWA, pN), pT);
     if (pAcrossBV)
-        pAcrossBV->setOppTriangle(pAcrossBV->getIntraTriangleIndex(pT), pN);
+        pAcrossBV->setOppTriangle(indexOf(pAcrossBV, pT), pN);
     a->setIncidentTriangle(pT);
     b->setIncidentTriangle(pT);
     w->setIncidentTriangle(pT);

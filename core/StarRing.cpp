@@ -6,32 +6,14 @@
 namespace ZELK_QUOR2D
 {
 
-void StarRing::start(const Point2* pVtx)
-{
-    pCenter = pVtx;
-    vCorners.clear();
-    vHeap.clear();
-}
-
-void StarRing::add(const Point2* pCorner, Triangle2* pT)
-{
-    const double x = pCorner->x() - pCenter->x();
-    const double y = pCorner->y() - pCenter->y();
-    const int index = static_cast<int>(vCorners.size());
-    vCorners.push_back(Corner{x, y, x * x + y * y, 0.0, kNever, index - 1, index + 1, pT});
-}
-
 void StarRing::finish(bool bClosed)
 {
-    const int last = static_cast<int>(vCorners.size()) - 1;
-    vCorners.front().prev = bClosed ? last : kNone;
-    vCorners.back().next = bClosed ? 0 : kNone;
-    for (Corner& corner : vCorners) {
-        if (corner.next == kNone)
-            continue;
-        const Corner& follower = at(corner.next);
-        corner.cross = corner.x * follower.y - corner.y * follower.x;
-    }
+    const int last = static_cast<int>(numCorners) - 1;
+    at(0).prev = bClosed ? last : kNone;
+    at(last).next = bClosed ? 0 : kNone;
+    for (int i = 0; i < last; ++i)
+        at(i).cross = at(i).x * at(i + 1).y - at(i).y * at(i + 1).x;
+    at(last).cross = bClosed ? at(last).x * at(0).y - at(last).y * at(0).x : 0.0;
     for (int i = 0; i <= last; ++i)
         computePower(i);
 }
@@ -52,7 +34,7 @@ void StarRing::computePower(int corner)
     if (!(area > 0.0 && power < kNever))
         return;
     a.power = power;
-    if (vCorners.size() >= kHeapFrom) {
+    if (numCorners >= kHeapFrom) {
         vHeap.emplace_back(power, corner);
         std::push_heap(vHeap.begin(), vHeap.end(), std::greater<HeapEntry>());
     }
@@ -60,14 +42,14 @@ void StarRing::computePower(int corner)
 
 int StarRing::takeNext()
 {
-    return vCorners.size() >= kHeapFrom ? takeFromHeap() : takeSmallest();
+    return numCorners >= kHeapFrom ? takeFromHeap() : takeSmallest();
 }
 
 int StarRing::takeSmallest()
 {
     int best = kNone;
     double bestPower = kNever;
-    for (int i = 0, n = static_cast<int>(vCorners.size()); i < n; ++i) {
+    for (int i = 0, n = static_cast<int>(numCorners); i < n; ++i) {
         const bool bLess = at(i).power < bestPower; // without a jump: nobody could predict it
         best = bLess ? i : best;
         bestPower = bLess ? at(i).power : bestPower;

@@ -24,16 +24,35 @@ class StarRing
 public:
     static constexpr int kNone = -1;
 
-    void start(const Point2* pVtx);
+    /// @param maxCorners  how often add() is going to be called at most
+    void start(const Point2* pVtx, std::size_t maxCorners)
+    {
+        pCenter = pVtx;
+        numCorners = 0;
+        vHeap.clear();
+        if (vCorners.size() < maxCorners)
+            vCorners.resize(maxCorners);
+    }
 
     /// Corners come counterclockwise.
     /// @param pT  the triangle of the vertex, this corner and the next one; null after the last corner at the hull
-    void add(const Point2* pCorner, Triangle2* pT);
+    void add(const Point2* pCorner, Triangle2* pT)
+    {
+        Corner& corner = vCorners[numCorners];
+        const int index = static_cast<int>(numCorners++);
+        corner.x = pCorner->x() - pCenter->x();
+        corner.y = pCorner->y() - pCenter->y();
+        corner.height = corner.x * corner.x + corner.y * corner.y;
+        corner.cross = 0.0;
+        corner.prev = index - 1;
+        corner.next = index + 1;
+        corner.pT = pT;
+    }
 
     /// @param bClosed  whether the first corner follows the last one
     void finish(bool bClosed);
 
-    std::size_t size() const { return vCorners.size(); }
+    std::size_t size() const { return numCorners; }
     Triangle2* triangleAfter(int corner) const { return vCorners[static_cast<std::size_t>(corner)].pT; }
 
     /// @return the corner that should leave next, or kNone. It is not named again before one of its neighbours left
@@ -65,7 +84,8 @@ private:
     int takeFromHeap();
 
     const Point2* pCenter = nullptr;
-    std::vector<Corner> vCorners;
+    std::vector<Corner> vCorners; // numCorners of them are in use
+    std::size_t numCorners = 0;
     std::vector<HeapEntry> vHeap; // may name corners that have left, and old powers
 };
 

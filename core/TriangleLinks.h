@@ -1,9 +1,27 @@
 #pragma once
 
+#include "Quor2DAssert.h"
 #include "Triangle2.h"
 
 namespace ZELK_QUOR2D
 {
+
+/// The index of a corner or neighbour, which the triangle must have, without a jump. Faster than
+/// Triangle2::getIntraTriangleIndex() where the record is at hand; slower where it has to come from memory, since
+/// nothing that follows is begun before it is there.
+inline int indexOf(const Triangle2* pT, const Point2* pVtx)
+{
+    const int i = (pT->getCorner(1) == pVtx ? 1 : 0) + (pT->getCorner(2) == pVtx ? 2 : 0);
+    QUOR2D_ASSERT(pT->getCorner(i) == pVtx, "pT->getCorner(i)==pVtx");
+    return i;
+}
+
+inline int indexOf(const Triangle2* pT, const Triangle2* pNeighbor)
+{
+    const int i = (pT->getOppositeTriangle(1) == pNeighbor ? 1 : 0) + (pT->getOppositeTriangle(2) == pNeighbor ? 2 : 0);
+    QUOR2D_ASSERT(pT->getOppositeTriangle(i) == pNeighbor, "pT->getOppositeTriangle(i)==pNeighbor");
+    return i;
+}
 
 /// Unlike Triangle2::setProperties() these leave everything else as it is.
 inline void setCorners(Triangle2* pT, Point2* p0, Point2* p1, Point2* p2)
