@@ -37,6 +37,8 @@ unset(CPACK_COMPONENTS_ALL)
 quor2d_package(runtime libquor2d${PROJECT_VERSION_MAJOR} libs "Delaunay triangulation and meshing in two dimensions"
                "A library for Delaunay triangulation with constraints, zones and refinement,\n\
 whose decisions are exact for every finite double.")
+file(WRITE ${PROJECT_BINARY_DIR}/triggers "activate-noawait ldconfig\n") # once for all packages of an installation
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/triggers)
 
 quor2d_package(development libquor2d-dev libdevel "Delaunay triangulation and meshing, development files"
                "Headers, archive, CMake package, pkg-config file, documentation and examples.")
