@@ -30,6 +30,7 @@ class RefineCandidate;
 class RefineZone;
 class Segment2;
 class Zone2;
+struct OpenTriangle;
 struct RefineParams;
 struct SegmentTrace;
 
@@ -137,12 +138,11 @@ public:
     /// @see Quor_2D::checkZoneQuality()
     void checkZoneQuality(Zone2* pZone, double minAngleDegree, double maxEdgeLength, const std::string& zoneName);
 
-    /// Collects what misses the bounds: the largest circumcircles first.
-    void uniformRefinement(RefineZone& zoneTriangles, std::vector<RefineCandidate*>& vCandidates,
-                           const RefineParams* pRefineParams);
+    /// Collects what seems to miss the bounds: the largest circumcircles first.
+    void uniformRefinement(RefineZone& zoneTriangles, std::vector<OpenTriangle*>& vCandidates);
 
     /// Inserts circumcentres and splits constraint segments. @return the number of vertices inserted
-    std::size_t refineTriangles(RefineZone& zoneTriangles, const std::vector<RefineCandidate*>& vCandidates,
+    std::size_t refineTriangles(RefineZone& zoneTriangles, const std::vector<OpenTriangle*>& vCandidates,
                                 const RefineParams* pRefineParams);
 
     // ---- output (Dt2Output.cpp)

@@ -194,9 +194,9 @@ bool Dt2::evenOutCorners(RefineZone& zoneTriangles, const RefineParams* pRefineP
     if (!pRefineParams->bAllowConstraintSplitting)
         return false;
     std::vector<Point2*> vCorners;
-    for (const RefineCandidate& candidate : zoneTriangles.vOpen)
-        if (candidate.pSparedCorner && !candidate.isTriangleStale())
-            vCorners.push_back(candidate.pSparedCorner);
+    for (const OpenTriangle& open : zoneTriangles.keptOpen())
+        if (open.pSparedCorner && !open.isStale())
+            vCorners.push_back(open.pSparedCorner);
     std::sort(vCorners.begin(), vCorners.end(), std::less<Point2*>());
     vCorners.erase(std::unique(vCorners.begin(), vCorners.end()), vCorners.end());
     bool bEvenedOut = false;

@@ -5,8 +5,8 @@
 #include "ConstraintSegment2.h"
 #include "Zone2.h"
 #include "core/IncidentTriangles.h"
-#include "core/Prefetch.h"
 #include "output/Message.h"
+#include "refine/CandidateQueue.h"
 #include "refine/RefineCandidate.h"
 #include "refine/RefineParams.h"
 #include "refine/RefineZone.h"
@@ -30,59 +30,6 @@ constexpr std::size_t kMaxPasses = 1000;
 
 // Where the bounds cannot be met refinement stops at edges of this part of the smallest altitude it began with.
 constexpr double kFloorFraction = 0.01;
-
-// Refinement goes to and fro in the mesh. What is needed so many turns later is fetched ahead, in stages.
-constexpr std::size_t kPrefetchDistance = 8;
-
-void prefetchCorners(const Triangle2* pT)
-{
-    for (int i = 0; i < 3; ++i)
-        prefetch(pT->getCorner(i));
-}
-
-void prefetchNeighbors(const Triangle2* pT)
-{
-    for (int i = 0; i < 3; ++i)
-        prefetchWhole(pT->getOppositeTriangle(i));
-}
-
-// For the test of a triangle and the first step to its circumcentre.
-void prefetchTriangles(const std::vector<Triangle2*>& vTriangles, std::size_t i)
-{
-    if (i + 2 * kPrefetchDistance < vTriangles.size())
-        prefetchWhole(vTriangles[i + 2 * kPrefetchDistance]);
-    if (i + kPrefetchDistance < vTriangles.size() && RefineZone::isNew(vTriangles[i + kPrefetchDistance]))
-        prefetchCorners(vTriangles[i + kPrefetchDistance]);
-}
-
-// For the insertion of a vertex: what its triangle and the first flips touch.
-void prefetchCandidates(const std::vector<RefineCandidate*>& vCandidates, std::size_t i)
-{
-    if (i + 4 * kPrefetchDistance < vCandidates.size()) {
-        const char* const p = reinterpret_cast<const char*>(vCandidates[i + 4 * kPrefetchDistance]);
-        prefetch(p);
-        prefetch(p + 64);
-        prefetch(p + 128);
-    }
-    if (i + 3 * kPrefetchDistance < vCandidates.size()) {
-        prefetchWhole(vCandidates[i + 3 * kPrefetchDistance]->pTriangle);
-        prefetchWhole(vCandidates[i + 3 * kPrefetchDistance]->pContainingT);
-        prefetchWhole(vCandidates[i + 3 * kPrefetchDistance]->pCSeg);
-    }
-    if (i + 2 * kPrefetchDistance < vCandidates.size()) {
-        const Triangle2* const pT = vCandidates[i + 2 * kPrefetchDistance]->pContainingT;
-        prefetchCorners(pT);
-        prefetchNeighbors(pT);
-    }
-    if (i + kPrefetchDistance < vCandidates.size() && !vCandidates[i + kPrefetchDistance]->isStale()) {
-        const Triangle2* const pT = vCandidates[i + kPrefetchDistance]->pContainingT;
-        for (int ith = 0; ith < 3; ++ith)
-            if (const Triangle2* const pOpp = pT->getOppositeTriangle(ith)) {
-                prefetchCorners(pOpp);
-                prefetchNeighbors(pOpp);
-            }
-    }
-}
 
 double smallestAltitude(const std::vector<Triangle2*>& vTriangles)
 {
@@ -125,7 +72,7 @@ void Dt2::refine(RefineParams* pRefineParams)
     }
     mLastRefinements[pRefineParams->pZone] =
         LastRefinement{pRefineParams->minEdgeLength, pRefineParams->bAllowConstraintSplitting};
-    RefineZone zoneTriangles(*this);
+    RefineZone zoneTriangles(*this, *pRefineParams);
     runRefinement(zoneTriangles, pRefineParams);
 }
 
@@ -134,14 +81,14 @@ void Dt2::refineSpecificTriangles(const std::vector<Triangle2*>& vTriangles, boo
     applyConstraintsAndZones();
     if (!fullDimensional || !hasTriangles())
         return;
-    RefineZone zoneTriangles(*this);
+    RefineParams params(this, bAllowConstraintSplitting);
+    RefineZone zoneTriangles(*this, params);
     zoneTriangles.bGrows = true;
     std::vector<Triangle2*> vAlive;
     for (Triangle2* pT : vTriangles)
         if (pT && trianglePool.contains(pT) && pT->getCorner(0))
             vAlive.push_back(pT);
     zoneTriangles.assign(vAlive);
-    RefineParams params(this, bAllowConstraintSplitting);
     params.edgeFloor = std::max(params.minEdgeLength, kFloorFraction * smallestAltitude(vAlive));
     runRefinement(zoneTriangles, &params);
 }
@@ -186,9 +133,9 @@ void Dt2::runRefinement(RefineZone& zoneTriangles, RefineParams* pRefineParams)
 bool Dt2::refineCycle(RefineZone& zoneTriangles, const RefineParams* pRefineParams)
 {
     bool bProductive = false;
-    std::vector<RefineCandidate*> vCandidates;
+    std::vector<OpenTriangle*> vCandidates;
     while (zoneTriangles.numPasses++ < kMaxPasses) {
-        uniformRefinement(zoneTriangles, vCandidates, pRefineParams);
+        uniformRefinement(zoneTriangles, vCandidates);
         const std::size_t numInserted = refineTriangles(zoneTriangles, vCandidates, pRefineParams);
         if (!evenOutCorners(zoneTriangles, pRefineParams) && numInserted == 0 &&
             !splitIllegalPieces(zoneTriangles, pRefineParams))
@@ -202,47 +149,29 @@ bool Dt2::refineCycle(RefineZone& zoneTriangles, const RefineParams* pRefinePara
 
 // ---- a pass
 
-// Triangles that have not changed since the last pass, and met the bounds then, still meet them. All others are tested;
-// the result is that of testing every triangle of the zone.
-void Dt2::uniformRefinement(RefineZone& zoneTriangles, std::vector<RefineCandidate*>& vCandidates,
-                            const RefineParams* pRefineParams)
+// Triangles are tested when they enter the zone, so a pass begins with those that failed then, or were kept.
+void Dt2::uniformRefinement(RefineZone& zoneTriangles, std::vector<OpenTriangle*>& vCandidates)
 {
-    std::vector<RefineCandidate>& vOpen = zoneTriangles.vOpen;
-    zoneTriangles.dropChanged();
-    zoneTriangles.vOrder.clear();
-    const auto refineLater = [&](std::size_t i) {
-        if (vOpen[i].isRefinable(*pRefineParams))
-            zoneTriangles.addToOrder(i);
-    };
-    for (std::size_t i = 0; i < vOpen.size(); ++i)
-        refineLater(i);
-    zoneTriangles.takeNew(zoneTriangles.vTested);
-    zoneTriangles.reserveOpen(zoneTriangles.vTested.size());
-    for (std::size_t i = 0; i < zoneTriangles.vTested.size(); ++i) {
-        prefetchTriangles(zoneTriangles.vTested, i);
-        Triangle2* const pT = zoneTriangles.vTested[i];
-        if (!RefineZone::endNew(pT) || RefineCandidate::clearlyMeetsBounds(pT, *pRefineParams))
-            continue;
-        vOpen.emplace_back(this, pT);
-        if (vOpen.back().missesBounds(*pRefineParams))
-            refineLater(vOpen.size() - 1);
-        else
-            vOpen.pop_back();
-    }
-    zoneTriangles.sortOrder();
-    vCandidates.clear();
-    for (const CurveItem item : zoneTriangles.vOrder)
-        vCandidates.push_back(&vOpen[positionOf(item)]);
+    zoneTriangles.takeOpen(vCandidates);
 }
 
-std::size_t Dt2::refineTriangles(RefineZone& zoneTriangles, const std::vector<RefineCandidate*>& vCandidates,
+std::size_t Dt2::refineTriangles(RefineZone& zoneTriangles, const std::vector<OpenTriangle*>& vCandidates,
                                  const RefineParams* pRefineParams)
 {
     std::size_t numInserted = 0;
-    for (std::size_t i = 0; i < vCandidates.size(); ++i) {
-        prefetchCandidates(vCandidates, i);
-        if (!vCandidates[i]->isStale() && refineCandidate(zoneTriangles, *vCandidates[i], pRefineParams))
+    CandidateQueue queue(vCandidates);
+    while (OpenTriangle* const pOpen = queue.takeNext()) {
+        OpenTriangle& open = *pOpen;
+        if (!RefineZone::takeTurn(open))
+            continue;
+        RefineCandidate candidate(this, open.pTriangle);
+        if (!candidate.missesBounds(*pRefineParams))
+            continue;
+        const bool bRefinable = candidate.isRefinable(*pRefineParams);
+        open.pSparedCorner = candidate.pSparedCorner;
+        if (bRefinable && refineCandidate(zoneTriangles, candidate, pRefineParams))
             ++numInserted;
+        zoneTriangles.keepOpen(open);
     }
     return numInserted;
 }

@@ -27,7 +27,7 @@ void Dt2::checkZoneQuality(Zone2* pZone, double minAngleDegree, double maxEdgeLe
     RefineParams params(this, pZone, minAngleDegree, bRefined ? it->second.minEdgeLength : 0.0, maxEdgeLength,
                         !bRefined || it->second.bAllowConstraintSplitting);
     params.edgeFloor = params.minEdgeLength;
-    RefineZone zoneTriangles(*this);
+    RefineZone zoneTriangles(*this, params);
     zoneTriangles.assign(vTriangles);
     ZoneQuality quality(*this, params);
     quality.measure(vTriangles);

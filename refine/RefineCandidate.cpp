@@ -38,6 +38,38 @@ std::array<Point2*, 3> cornersOf(const Triangle2* pT)
 
 } // namespace
 
+// ---- the quick test
+
+QuickTest::QuickTest(const Triangle2& triangle)
+{
+    const Point2 &p0 = *triangle.getCorner(0), &p1 = *triangle.getCorner(1), &p2 = *triangle.getCorner(2);
+    const double x1 = p1.x() - p0.x(), y1 = p1.y() - p0.y();
+    const double x2 = p2.x() - p0.x(), y2 = p2.y() - p0.y();
+    const double x3 = x2 - x1, y3 = y2 - y1;
+    const double a2 = x1 * x1 + y1 * y1, b2 = x2 * x2 + y2 * y2, c2 = x3 * x3 + y3 * y3;
+    shortest2 = std::min({a2, b2, c2});
+    middle2 = std::max(std::min(a2, b2), std::min(std::max(a2, b2), c2));
+    longest2 = std::max({a2, b2, c2});
+    doubledArea = x1 * y2 - x2 * y1;
+}
+
+// With edges a <= b <= c and area A the radius is abc/4A, so radius/a <= ratio where bc <= 4A ratio. The margin is far
+// beyond rounding, for triangles in which nothing cancels: A is compared with bc.
+bool QuickTest::clearlyMeets(const RefineParams& params) const
+{
+    const double bound = 2.0 * doubledArea * params.maxRadiusEdgeRatio;
+    return longest2 < params.sqMaxEdgeLength * (1.0 - 1e-9) && longest2 * middle2 < bound * bound * (1.0 - 1e-9) &&
+           shortest2 > 1e-290 && longest2 < 1e140;
+}
+
+double QuickTest::circumRadius() const
+{
+    const double radius = std::sqrt(shortest2) * std::sqrt(middle2 * longest2) / (2.0 * std::fabs(doubledArea));
+    return radius >= 0.0 ? radius : 0.0;
+}
+
+// ---- the candidate
+
 RefineCandidate::RefineCandidate(Dt2* pTriangulation, Triangle2* pTestedTriangle)
     : pDt(pTriangulation), pTriangle(pTestedTriangle), pContainingT(pTestedTriangle), corners(cornersOf(pTriangle)),
       containingCorners(corners)
@@ -49,23 +81,6 @@ RefineCandidate::RefineCandidate(Dt2* pTriangulation, Triangle2* pTestedTriangle
     const double a = squaredDistance(*corners[0], *corners[1]), b = squaredDistance(*corners[1], *corners[2]),
                  c = squaredDistance(*corners[2], *corners[0]);
     aSqLengths = {std::min({a, b, c}), std::max(std::min(a, b), std::min(std::max(a, b), c)), std::max({a, b, c})};
-}
-
-// With edges a <= b <= c and area A the radius is abc/4A, so radius/a <= ratio where bc <= 4A ratio. The margin is far
-// beyond rounding, for triangles in which nothing cancels: A is compared with bc.
-bool RefineCandidate::clearlyMeetsBounds(const Triangle2* pT, const RefineParams& params)
-{
-    const Point2 &p0 = *pT->getCorner(0), &p1 = *pT->getCorner(1), &p2 = *pT->getCorner(2);
-    const double x1 = p1.x() - p0.x(), y1 = p1.y() - p0.y();
-    const double x2 = p2.x() - p0.x(), y2 = p2.y() - p0.y();
-    const double x3 = x2 - x1, y3 = y2 - y1;
-    const double a2 = x1 * x1 + y1 * y1, b2 = x2 * x2 + y2 * y2, c2 = x3 * x3 + y3 * y3;
-    const double longest2 = std::max({a2, b2, c2}), shortest2 = std::min({a2, b2, c2});
-    const double middle2 = std::max(std::min(a2, b2), std::min(std::max(a2, b2), c2));
-    const double doubledArea = x1 * y2 - x2 * y1;
-    const double bound = 2.0 * doubledArea * params.maxRadiusEdgeRatio;
-    return longest2 < params.sqMaxEdgeLength * (1.0 - 1e-9) && longest2 * middle2 < bound * bound * (1.0 - 1e-9) &&
-           shortest2 > 1e-290 && longest2 < 1e140;
 }
 
 // A triangle that is gone has no corners.

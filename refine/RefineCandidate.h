@@ -12,6 +12,25 @@ class ConstraintSegment2;
 class Dt2;
 class Triangle2;
 
+/// What the lengths of the edges tell about a triangle.
+class QuickTest
+{
+public:
+    explicit QuickTest(const Triangle2& triangle);
+
+    /// Whether they tell that it meets the bounds. A false answer says nothing.
+    bool clearlyMeets(const RefineParams& params) const;
+
+    /// But for rounding, and never NaN.
+    double circumRadius() const;
+
+private:
+    double shortest2; // squared
+    double middle2;
+    double longest2;
+    double doubledArea;
+};
+
 /// A triangle that may have to be refined, and where the point that would do it lies.
 class RefineCandidate
 {
@@ -21,9 +40,6 @@ public:
 
     /// Finds the Steiner point, the circumcentre, but not yet the triangle that contains it.
     RefineCandidate(Dt2* pTriangulation, Triangle2* pTestedTriangle);
-
-    /// Whether the lengths alone tell that a triangle meets the bounds. A false answer says nothing.
-    static bool clearlyMeetsBounds(const Triangle2* pT, const RefineParams& params);
 
     /// Whether the triangle misses the bounds and there is something to do about it. Walks to the Steiner point if the
     /// lengths say that the triangle misses them; then pContainingT and splitIndex are known.

@@ -1,6 +1,8 @@
 #include "refine/RefineZone.h"
 
 #include "core/Dt2.h"
+#include "core/Prefetch.h"
+#include "refine/RefineCandidate.h"
 
 #include <algorithm>
 #include <cstring>
@@ -8,11 +10,30 @@
 namespace ZELK_QUOR2D
 {
 
+namespace
+{
+
+constexpr std::size_t kPrefetchDistance = 8;
+
+// For the test of a triangle.
+void prefetchTriangles(const std::vector<Triangle2*>& vTriangles, std::size_t i)
+{
+    if (i + 2 * kPrefetchDistance < vTriangles.size())
+        prefetchWhole(vTriangles[i + 2 * kPrefetchDistance]);
+    if (i + kPrefetchDistance < vTriangles.size())
+        for (int ith = 0; ith < 3; ++ith)
+            prefetch(vTriangles[i + kPrefetchDistance]->getCorner(ith));
+}
+
+} // namespace
+
 void RefineZone::assign(const std::vector<Triangle2*>& vTriangles)
 {
     clear();
-    for (Triangle2* pT : vTriangles)
-        set(pT, true);
+    for (std::size_t i = 0; i < vTriangles.size(); ++i) {
+        prefetchTriangles(vTriangles, i);
+        set(vTriangles[i], true);
+    }
 }
 
 void RefineZone::set(Triangle2* pT, bool bMember)
@@ -21,40 +42,47 @@ void RefineZone::set(Triangle2* pT, bool bMember)
         pT->marks = 0;
         return;
     }
-    if (!(pT->marks & TM_NEW))
-        vNew.push_back(pT);
-    pT->marks = TM_IN_ZONE | TM_NEW;
+    const QuickTest test(*pT);
+    if (test.clearlyMeets(params)) {
+        pT->marks = TM_IN_ZONE;
+        return;
+    }
+    pT->marks = TM_IN_ZONE | TM_OPEN;
+    vNew.push_back(OpenTriangle{pT, {pT->getCorner(0), pT->getCorner(1), pT->getCorner(2)}, test.circumRadius()});
 }
 
-void RefineZone::takeNew(std::vector<Triangle2*>& vTriangles)
+bool RefineZone::takeTurn(const OpenTriangle& open)
 {
-    vTriangles.clear();
-    vTriangles.swap(vNew);
-}
-
-bool RefineZone::endNew(Triangle2* pT)
-{
-    if (!(pT->marks & TM_NEW))
+    if (open.isStale() || !(open.pTriangle->marks & TM_OPEN))
         return false;
-    pT->marks = TM_IN_ZONE;
-    return pT->getCorner(0) != nullptr;
+    open.pTriangle->marks = TM_IN_ZONE;
+    return true;
 }
 
-void RefineZone::dropChanged()
+void RefineZone::takeOpen(std::vector<OpenTriangle*>& vCandidates)
 {
-    vOpen.erase(std::remove_if(vOpen.begin(), vOpen.end(),
-                               [](const RefineCandidate& candidate) {
-                                   return candidate.isTriangleStale() || !contains(candidate.pTriangle) ||
-                                          isNew(candidate.pTriangle);
-                               }),
-                vOpen.end());
+    vOpen.clear();
+    vOpen.swap(vNew);
+    listKept();
+    vOrder.clear();
+    for (std::size_t i = 0; i < vOpen.size(); ++i)
+        addToOrder(i);
+    sortOrder();
+    vCandidates.clear();
+    for (const CurveItem item : vOrder)
+        vCandidates.push_back(&vOpen[positionOf(item)]);
 }
 
-void RefineZone::reserveOpen(std::size_t numMore)
+// A triangle that was set again is listed already.
+void RefineZone::listKept()
 {
-    const std::size_t needed = vOpen.size() + numMore;
-    if (needed > vOpen.capacity())
-        vOpen.reserve(std::max(needed, 2 * vOpen.capacity()));
+    for (const OpenTriangle& open : vKept) {
+        if (open.isStale() || open.pTriangle->marks != TM_IN_ZONE)
+            continue;
+        open.pTriangle->marks = TM_IN_ZONE | TM_OPEN;
+        vOpen.push_back(open);
+    }
+    vKept.clear();
 }
 
 // The upper halves of positive numbers, read as integers, are in the order of the numbers.
@@ -85,7 +113,7 @@ void RefineZone::clear()
 {
     dt.forEachTriangle([](Triangle2* pT) { pT->marks = 0; });
     vNew.clear();
-    vOpen.clear();
+    vKept.clear();
 }
 
 } // namespace ZELK_QUOR2D

@@ -3,8 +3,9 @@
 #include "Triangle2.h"
 #include "core/CurveSort.h"
 #include "core/TriangleMarks.h"
-#include "refine/RefineCandidate.h"
+#include "refine/RefineParams.h"
 
+#include <array>
 #include <cstddef>
 #include <unordered_set>
 #include <vector>
@@ -15,58 +16,76 @@ namespace ZELK_QUOR2D
 class ConstraintSegment2;
 class Dt2;
 
-/// The triangles under refinement, kept up to date while the mesh changes, and which of them are new.
+/// A triangle that seems to miss the bounds. What is to be done about it turns out when its turn comes: half of the
+/// triangles have changed by then.
+struct OpenTriangle {
+    Triangle2* pTriangle;
+    std::array<Point2*, 3> corners;
+    double circumRadius;             ///< but for rounding
+    Point2* pSparedCorner = nullptr; ///< the sharp corner for whose sake nothing was done at the last turn
+
+    /// Whether the triangle has changed, or is gone, since. A triangle that is gone has no corners.
+    bool isStale() const
+    {
+        return pTriangle->getCorner(0) != corners[0] || pTriangle->getCorner(1) != corners[1] ||
+               pTriangle->getCorner(2) != corners[2];
+    }
+};
+
+/// The triangles under refinement, kept up to date while the mesh changes, and which of them are open.
 ///
 /// Membership is a mark in the triangle (TM_IN_ZONE); a triangle record that is recycled loses its marks.
 class RefineZone
 {
 public:
-    explicit RefineZone(const Dt2& triangulation) : dt(triangulation) {}
+    RefineZone(const Dt2& triangulation, const RefineParams& refineParams) : dt(triangulation), params(refineParams) {}
     ~RefineZone() { clear(); }
     RefineZone(const RefineZone&) = delete;
     RefineZone& operator=(const RefineZone&) = delete;
 
-    /// Exactly these triangles, all of them new. Time: that of a look at all triangles of the triangulation.
+    /// Exactly these triangles, tested anew. Time: that of a look at all triangles of the triangulation.
     void assign(const std::vector<Triangle2*>& vTriangles);
 
     static bool contains(const Triangle2* pT) { return pT && (pT->marks & TM_IN_ZONE); }
-    static bool isNew(const Triangle2* pT) { return pT->marks & TM_NEW; }
 
-    /// Takes a triangle in, or out. It counts as new, even if it was a member before.
+    /// Takes a triangle in, or out. A member is tested against the bounds now, while it lies in the cache.
     void set(Triangle2* pT, bool bMember);
 
-    /// Replaces the contents of the vector by all triangles that became new since the last call. Some of them may be
-    /// listed more than once, or be gone; endNew() tells.
-    void takeNew(std::vector<Triangle2*>& vTriangles);
+    /// Replaces the contents of the vector by the open triangles, the largest circumradius first. Some have changed
+    /// since they were listed, and some may be listed more than once; takeTurn() tells.
+    void takeOpen(std::vector<OpenTriangle*>& vCandidates);
 
-    /// @return whether the triangle is alive and was new until now
-    static bool endNew(Triangle2* pT);
+    /// @return whether the triangle is as it was listed, and has had no turn yet
+    static bool takeTurn(const OpenTriangle& open);
 
-    /// Takes candidates out of vOpen whose triangles have changed.
-    void dropChanged();
+    /// Lists a triangle for the next turn as well, if it has not changed.
+    void keepOpen(const OpenTriangle& open)
+    {
+        if (!open.isStale())
+            vKept.push_back(open);
+    }
 
-    /// Makes room in vOpen. To grow step by step would move the candidates several times.
-    void reserveOpen(std::size_t numMore);
-
-    /// Enters a candidate of vOpen in vOrder.
-    void addToOrder(std::size_t place);
-
-    /// Puts vOrder in order: largest circumradius first.
-    void sortOrder();
+    /// The triangles that had a turn and are still there.
+    const std::vector<OpenTriangle>& keptOpen() const { return vKept; }
 
     void clear();
 
     bool bGrows = false;     ///< the zone is a list of triangles that takes in whatever refinement makes
     bool bUncertain = false; ///< the mesh has changed in a way that was not followed: the zone must be found again
-    std::vector<RefineCandidate> vOpen; ///< of all triangles that miss the bounds and are not new
-    CurveItems vOrder;                  ///< those of them to be refined, see addToOrder()
     std::unordered_set<const ConstraintSegment2*> sUnsplittable; ///< at the limit of double precision
-    std::vector<Triangle2*> vTested;                             ///< scratch
     std::size_t numPasses = 0;
 
 private:
+    void listKept();
+    void addToOrder(std::size_t place);
+    void sortOrder();
+
     const Dt2& dt;
-    std::vector<Triangle2*> vNew; // holds every triangle with TM_NEW, perhaps others
+    const RefineParams& params;
+    std::vector<OpenTriangle> vNew;  // every triangle with TM_OPEN that has not been taken
+    std::vector<OpenTriangle> vOpen; // those taken last
+    std::vector<OpenTriangle> vKept;
+    CurveItems vOrder; // of vOpen
     CurveItems vScratch;
 };
 

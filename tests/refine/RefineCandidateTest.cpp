@@ -108,7 +108,7 @@ TEST_F(Candidate, ClearlyMeetingTheBoundsImpliesMeetingThem)
         for (const double maxEdge : {kNoLimit, 0.05, 0.01}) {
             const RefineParams p = params(angle, 0, maxEdge);
             for (Triangle2* pT : vTriangles)
-                if (RefineCandidate::clearlyMeetsBounds(pT, p)) {
+                if (QuickTest(*pT).clearlyMeets(p)) {
                     EXPECT_FALSE(RefineCandidate(&dt, pT).missesBounds(p));
                     ++numClear;
                 }
