@@ -68,6 +68,9 @@ public:
     }
     bool isConstraint(const Point2* p0, const Point2* p1) const { return findSegment(p0, p1) != nullptr; }
 
+    /// Fetches ahead what findSegment() will look at.
+    void prefetchSegment(const Point2* p0, const Point2* p1) const { segmentIndex.prefetchSlot(p0, p1); }
+
     /// Fetches ahead what splitting a segment at a vertex will look at.
     void prefetchSplit(const ConstraintSegment2* pCSeg, const Point2* pSplit) const;
 

@@ -41,6 +41,13 @@ ConstraintSegment2* Dt2::findConstraintSegment(const Point2* p0, const Point2* p
     return pConstraintMgr ? pConstraintMgr->findSegment(p0, p1) : nullptr;
 }
 
+void Dt2::prefetchConstraintSlots(const Triangle2* pT) const
+{
+    for (int i = 0; i < 3; ++i)
+        if (pConstraintMgr && mayBeConstraint(pT, i))
+            pConstraintMgr->prefetchSegment(pT->getCorner(next(i)), pT->getCorner(prev(i)));
+}
+
 bool Dt2::isConstraint(const Point2* p0, const Point2* p1) const
 {
     return findConstraintSegment(p0, p1) != nullptr;

@@ -195,6 +195,9 @@ public:
     /// The live segment between two vertices, in any order, or null.
     ConstraintSegment2* findConstraintSegment(const Point2* p0, const Point2* p1) const;
 
+    /// Fetches ahead what findConstraintSegment() will look at, for the edges of a triangle that may be constraints.
+    void prefetchConstraintSlots(const Triangle2* pT) const;
+
     /// Whether the vertex is an end of a constraint segment, live or split.
     static bool isConstraintVertex(const Point2* p) { return p && (p->marks & VM_CONSTRAINT); }
 

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "core/Dt2.h"
 #include "core/Prefetch.h"
+#include "geometry/TriangleIndex.h"
 #include "refine/RefineZone.h"
 
 #include <array>
@@ -17,7 +19,10 @@ namespace ZELK_QUOR2D
 class CandidateQueue
 {
 public:
-    explicit CandidateQueue(const std::vector<OpenTriangle*>& vAll) : vCandidates(vAll) {}
+    CandidateQueue(const Dt2& triangulation, const std::vector<OpenTriangle*>& vAll)
+        : dt(triangulation), vCandidates(vAll)
+    {
+    }
 
     /// @return the next candidate, which may have become stale in the meantime; null at the end
     OpenTriangle* takeNext()
@@ -27,12 +32,15 @@ public:
             return nullptr;
         if (tail - head > kNear)
             prefetchAround(*at(head + kNear));
+        if (tail - head > kNearest)
+            prefetchSegments(*at(head + kNearest));
         return at(head++);
     }
 
 private:
     static constexpr std::size_t kSize = 16; // a power of two
     static constexpr std::size_t kNear = 8;
+    static constexpr std::size_t kNearest = 4;
     static constexpr std::size_t kDistance = 16;
 
     OpenTriangle*& at(std::size_t i) { return aQueue[i % kSize]; }
@@ -61,15 +69,27 @@ private:
     }
 
     // What the first flips around the circumcentre touch, which mostly lies in the triangle or next to it.
-    static void prefetchAround(const OpenTriangle& open)
+    void prefetchAround(const OpenTriangle& open) const
     {
         if (open.isStale())
             return;
+        dt.prefetchConstraintSlots(open.pTriangle);
         for (int i = 0; i < 3; ++i)
             if (const Triangle2* const pOpp = open.pTriangle->getOppositeTriangle(i))
                 prefetchLinks(pOpp);
     }
 
+    // One of them may be in the way.
+    void prefetchSegments(const OpenTriangle& open) const
+    {
+        if (open.isStale())
+            return;
+        for (int i = 0; i < 3; ++i)
+            prefetchWhole(
+                dt.findConstraintSegment(open.pTriangle->getCorner(next(i)), open.pTriangle->getCorner(prev(i))));
+    }
+
+    const Dt2& dt;
     const std::vector<OpenTriangle*>& vCandidates;
     std::array<OpenTriangle*, kSize> aQueue;
     std::size_t head = 0; // the entries of the queue are counted on, not wrapped round

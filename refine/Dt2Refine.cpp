@@ -159,7 +159,7 @@ std::size_t Dt2::refineTriangles(RefineZone& zoneTriangles, const std::vector<Op
                                  const RefineParams* pRefineParams)
 {
     std::size_t numInserted = 0;
-    CandidateQueue queue(vCandidates);
+    CandidateQueue queue(*this, vCandidates);
     while (OpenTriangle* const pOpen = queue.takeNext()) {
         OpenTriangle& open = *pOpen;
         if (!RefineZone::takeTurn(open))
