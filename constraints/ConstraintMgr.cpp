@@ -96,12 +96,13 @@ ConstraintSegment2* ConstraintMgr::newSegment(Point2* pLower, Point2* pHigher, C
     return pCSeg;
 }
 
-// Enters an alive segment as a constraint.
+// Enters an alive segment as a constraint, perhaps again. For a new vertex its signature tells that it is not there.
 void ConstraintMgr::adopt(ConstraintSegment2* pCSeg)
 {
+    if (!findSegment(pCSeg->getSrc(), pCSeg->getTrg()))
+        segmentIndex.insert(pCSeg);
     pCSeg->getSrc()->marks |= VM_CONSTRAINT | signatureBit(pCSeg->getTrg());
     pCSeg->getTrg()->marks |= VM_CONSTRAINT | signatureBit(pCSeg->getSrc());
-    segmentIndex.insert(pCSeg);
     bHasConforming = bHasConforming || pCSeg->getCIS() == CIS_CONFORMING_DELAUNAY;
     pDt2->bHasConstraints = true;
 }

@@ -41,7 +41,7 @@ public:
         prefetch(reinterpret_cast<const char*>(pFirst) + 64);
     }
 
-    /// Does nothing when there is a segment with these ends already.
+    /// There must be no segment with these ends yet.
     void insert(ConstraintSegment2* pCSeg)
     {
         if (2 * (size() + 1) > vSlots.size())
@@ -105,8 +105,6 @@ private:
     void place(ConstraintSegment2* pCSeg)
     {
         const Point2 *const p0 = pCSeg->getSrc(), *const p1 = pCSeg->getTrg();
-        if (findSlot(p0, p1) != kNone || overflow.find(p0, p1))
-            return;
         const std::size_t home = homeOf(p1), mask = vSlots.size() - 1;
         for (std::size_t i = home; i < home + kWindow; ++i) {
             SegmentSlot& slot = vSlots[i & mask];

@@ -22,8 +22,8 @@ protected:
         Point2* const p0 = &vVertices[std::min(i, j)];
         Point2* const p1 = &vVertices[std::max(i, j)];
         segments.emplace_back(p0, p1, CIS_CONSTRAINED_DELAUNAY);
-        index.insert(&segments.back());
-        mExpected.emplace(std::make_pair(p0, p1), &segments.back());
+        if (mExpected.emplace(std::make_pair(p0, p1), &segments.back()).second)
+            index.insert(&segments.back());
         return &segments.back();
     }
     void remove(ConstraintSegment2* pCSeg)
@@ -66,8 +66,8 @@ TEST_F(Index, HubsAndNeighborsShareSlots)
     check();
 }
 
-// Fault: one of a pair that stands in a slot and one that stands in the hash are both there.
-TEST_F(Index, HoldsOneSegmentForEachPairOfEnds)
+// Fault: after many changes a segment is looked for in a slot while it stands in the hash, or the other way round.
+TEST_F(Index, SegmentsComeAndGo)
 {
     std::mt19937 random(7);
     std::vector<ConstraintSegment2*> vAdded;
