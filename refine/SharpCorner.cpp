@@ -28,15 +28,22 @@ constexpr double kNextPiece = 0.75;
 // Rounding moves split points this far, relatively, off the line of their constraint.
 constexpr double kCollinear = 1e-9;
 
+// As std::hypot(), which takes several times as long: its care is needed at the ends of the range only.
+double lengthOf(double dx, double dy)
+{
+    const double squared = dx * dx + dy * dy;
+    return squared > 1e-290 && squared < 1e290 ? std::sqrt(squared) : std::hypot(dx, dy);
+}
+
 double distance(const Point2* p, const Point2* q)
 {
-    return std::hypot(q->x() - p->x(), q->y() - p->y());
+    return lengthOf(q->x() - p->x(), q->y() - p->y());
 }
 
 // A constraint piece as seen from the corner that it ends in, or any other edge there.
 struct CornerPiece {
     CornerPiece(Point2* pFrom, Point2* pTo)
-        : pCorner(pFrom), pEnd(pTo), dx(pTo->x() - pFrom->x()), dy(pTo->y() - pFrom->y()), length(std::hypot(dx, dy))
+        : pCorner(pFrom), pEnd(pTo), dx(pTo->x() - pFrom->x()), dy(pTo->y() - pFrom->y()), length(lengthOf(dx, dy))
     {
     }
 
