@@ -115,8 +115,10 @@ void Dt2::splitSegmentUnder(Point2* pVtx)
 {
     ConstraintSegment2* const pCSeg = pSegmentUnderVertex;
     pSegmentUnderVertex = nullptr;
-    if (pCSeg->split(pVtx))
-        pConstraintMgr->notePiecesInDanger(pCSeg);
+    if (!pCSeg->split(pVtx))
+        return;
+    pConstraintMgr->notePiecesInDanger(pCSeg);
+    restoreUnlocked(pCSeg);
 }
 
 } // namespace ZELK_QUOR2D

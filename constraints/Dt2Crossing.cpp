@@ -50,7 +50,7 @@ bool Dt2::splitAtCrossing(ConstraintSegment2* pCSeg, ConstraintSegment2* pOther,
     if (pSplitOther) {
         pOther->split(pSplitOther);
         constraintMgr().notePiecesInDanger(pOther);
-        restoreFormerEdge(pOther->getSrc(), pOther->getTrg());
+        restoreUnlocked(pOther);
     }
     if (!pSplitThis && !pSplitOther)
         giveUp(pCSeg, where);
@@ -85,7 +85,7 @@ Point2* Dt2::insertAt(const Point2& p, Triangle2* pStart)
 
 void Dt2::finishSplit(const ConstraintSegment2* pParentCSeg)
 {
-    restoreFormerEdge(pParentCSeg->getSrc(), pParentCSeg->getTrg());
+    restoreUnlocked(pParentCSeg);
     ConstraintSegment2 *pCSeg0 = nullptr, *pCSeg1 = nullptr;
     Point2* pSplit = nullptr;
     pParentCSeg->getChildrenAndSplitPoint(pCSeg0, pCSeg1, pSplit);
@@ -94,8 +94,20 @@ void Dt2::finishSplit(const ConstraintSegment2* pParentCSeg)
             insertConstraintSegmentIgnoreDelaunay(pPiece);
 }
 
-// The edge of a segment that was split at a vertex beside it: it may still be there, and need not be legal.
-void Dt2::restoreFormerEdge(Point2* p0, Point2* p1)
+// A split may leave edges that nothing keeps any more, and that need not be legal: that of the segment, where the
+// vertex lies beside it, and those of pieces that are conforming segments from elsewhere.
+void Dt2::restoreUnlocked(const ConstraintSegment2* pParentCSeg)
+{
+    restoreEdge(pParentCSeg->getSrc(), pParentCSeg->getTrg());
+    ConstraintSegment2 *pCSeg0 = nullptr, *pCSeg1 = nullptr;
+    Point2* pSplit = nullptr;
+    pParentCSeg->getChildrenAndSplitPoint(pCSeg0, pCSeg1, pSplit);
+    for (const ConstraintSegment2* pPiece : {pCSeg0, pCSeg1})
+        if (!isLocked(pPiece))
+            restoreEdge(pPiece->getSrc(), pPiece->getTrg());
+}
+
+void Dt2::restoreEdge(Point2* p0, Point2* p1)
 {
     Triangle2* const pT = getAdjacentTriangle(p0, p1);
     if (!pT)

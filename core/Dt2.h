@@ -375,7 +375,8 @@ private:
     template <class IsKept>
     void flipIllegalEdge(Triangle2* pT, std::vector<Triangle2*>& vChanged, const IsKept& isKept);
     Point2* insertAt(const Point2& p, Triangle2* pStart);
-    void restoreFormerEdge(Point2* p0, Point2* p1);
+    void restoreUnlocked(const ConstraintSegment2* pParentCSeg);
+    void restoreEdge(Point2* p0, Point2* p1);
     bool splitAtCrossing(ConstraintSegment2* pCSeg, ConstraintSegment2* pOther, Triangle2* pStart, const char* where);
     void giveUp(ConstraintSegment2* pCSeg, const char* where);
     double conformingTolerance() const;

@@ -301,6 +301,22 @@ TEST(ConstraintApply, AlmostCoincidentSegments)
 }
 
 // Cocircular corners: both diagonals of a rectangle count as illegal under the rule that insertion uses.
+// Rounded crossings make a piece of a constrained segment coincide with a conforming one: nothing keeps its edge any
+// more, and it must be Delaunay as all conforming edges.
+TEST(ConstraintApply, ConformingPiecesOfConstrainedSegments)
+{
+    Scene scene;
+    const double x3 = 0.1 * 3; // not 0.3
+    for (const Point2& p : {Point2(x3, 0.1), Point2(0.2, 0.4)})
+        scene.dt.insert(p);
+    scene.add({Segment2(Point2(0.2, 0.4), Point2(0.1, 0.1))}, CIS_CONFORMING_DELAUNAY);
+    scene.add({Segment2(Point2(0, 0.4), Point2(x3, 0.1))}, CIS_CONSTRAINED_DELAUNAY);
+    scene.add({Segment2(Point2(0, 0.4), Point2(0.2, 0.2)), Segment2(Point2(x3, 0.2), Point2(0.1, x3)),
+               Segment2(Point2(0.1, 0), Point2(0.2, x3))},
+              CIS_CONFORMING_DELAUNAY);
+    scene.applyAndCheck();
+}
+
 TEST(ConstraintApply, GridDiagonals)
 {
     Scene scene;
