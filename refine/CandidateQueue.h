@@ -45,6 +45,7 @@ private:
 
     OpenTriangle*& at(std::size_t i) { return aQueue[i % kSize]; }
 
+    // What is stale is left out for good: a triangle that comes back was set, and is listed for the next pass.
     void fill()
     {
         for (; tail - head < kSize && scanned < vCandidates.size(); ++scanned) {
