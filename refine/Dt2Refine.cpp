@@ -74,6 +74,7 @@ void Dt2::refine(RefineParams* pRefineParams)
         LastRefinement{pRefineParams->minEdgeLength, pRefineParams->bAllowConstraintSplitting};
     RefineZone zoneTriangles(*this, *pRefineParams);
     runRefinement(zoneTriangles, pRefineParams);
+    vertexVault.updateSortedIndex(false);
 }
 
 void Dt2::refineSpecificTriangles(const std::vector<Triangle2*>& vTriangles, bool bAllowConstraintSplitting)
@@ -90,7 +91,9 @@ void Dt2::refineSpecificTriangles(const std::vector<Triangle2*>& vTriangles, boo
             vAlive.push_back(pT);
     zoneTriangles.assign(vAlive);
     params.edgeFloor = std::max(params.minEdgeLength, kFloorFraction * smallestAltitude(vAlive));
+    const std::size_t firstNew = vertexVault.vIdxVtxAct.size();
     runRefinement(zoneTriangles, &params);
+    vertexVault.finishBatch(firstNew);
 }
 
 // Ends: the passes are counted, and every pass works on a list made before it.
@@ -126,7 +129,6 @@ void Dt2::runRefinement(RefineZone& zoneTriangles, RefineParams* pRefineParams)
     for (Point2* pVtx : vSteinerVertices)
         pVtx->marks &= ~static_cast<unsigned int>(VM_REFINEMENT);
     vSteinerVertices.clear();
-    vertexVault.updateSortedIndex(false);
 }
 
 // Passes until one inserts nothing. @return whether any pass did

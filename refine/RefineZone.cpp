@@ -42,6 +42,8 @@ void RefineZone::set(Triangle2* pT, bool bMember)
         pT->marks = 0;
         return;
     }
+    if (bGrows && !contains(pT))
+        vMarked.push_back(pT);
     const QuickTest test(*pT);
     if (test.clearlyMeets(params)) {
         pT->marks = TM_IN_ZONE;
@@ -111,7 +113,12 @@ void RefineZone::sortOrder()
 
 void RefineZone::clear()
 {
-    dt.forEachTriangle([](Triangle2* pT) { pT->marks = 0; });
+    const auto unmark = [](Triangle2* pT) { pT->marks = 0; };
+    if (bGrows)
+        std::for_each(vMarked.begin(), vMarked.end(), unmark);
+    else
+        dt.forEachTriangle(unmark);
+    vMarked.clear();
     vNew.clear();
     vKept.clear();
 }

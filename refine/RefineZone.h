@@ -43,7 +43,8 @@ public:
     RefineZone(const RefineZone&) = delete;
     RefineZone& operator=(const RefineZone&) = delete;
 
-    /// Exactly these triangles, tested anew. Time: that of a look at all triangles of the triangulation.
+    /// Exactly these triangles, tested anew. Time: that of a look at all triangles of the triangulation, or of a zone
+    /// that grows, at these and the members before.
     void assign(const std::vector<Triangle2*>& vTriangles);
 
     static bool contains(const Triangle2* pT) { return pT && (pT->marks & TM_IN_ZONE); }
@@ -85,7 +86,8 @@ private:
     std::vector<OpenTriangle> vNew;  // every triangle with TM_OPEN that has not been taken
     std::vector<OpenTriangle> vOpen; // those taken last
     std::vector<OpenTriangle> vKept;
-    CurveItems vOrder; // of vOpen
+    std::vector<Triangle2*> vMarked; // in a zone that grows: all that may carry marks; few of many perhaps
+    CurveItems vOrder;               // of vOpen
     CurveItems vScratch;
 };
 
