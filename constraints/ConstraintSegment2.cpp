@@ -6,6 +6,7 @@
 #include "constraints/ConstraintMgr.h"
 #include "constraints/EdgeKey.h"
 #include "core/Dt2.h"
+#include "core/Guarded.h"
 #include "output/Message.h"
 
 #include <algorithm>
@@ -34,12 +35,14 @@ void ConstraintSegment2::addOwner(ConstraintGraph2* pGraph, bool bReverse)
         bOwnersReverse = bReverse;
         return;
     }
-    OwnerList vOwners(*sOwners);
-    const auto it = std::find_if(vOwners.begin(), vOwners.end(), [pGraph](const Owner& owner) {
-        return std::less<const ConstraintGraph2*>()(pGraph, owner.pGraph);
+    guarded([&] {
+        OwnerList vOwners(*sOwners);
+        const auto it = std::find_if(vOwners.begin(), vOwners.end(), [pGraph](const Owner& owner) {
+            return std::less<const ConstraintGraph2*>()(pGraph, owner.pGraph);
+        });
+        vOwners.insert(it, Owner{pGraph, bReverse != bOwnersReverse});
+        sOwners = std::make_shared<const OwnerList>(std::move(vOwners));
     });
-    vOwners.insert(it, Owner{pGraph, bReverse != bOwnersReverse});
-    sOwners = std::make_shared<const OwnerList>(std::move(vOwners));
 }
 
 const ConstraintSegment2::Owner* ConstraintSegment2::findOwner(const ConstraintGraph2* pGraph) const
@@ -63,6 +66,12 @@ bool ConstraintSegment2::split(Point2* pSplit)
                   << "\npSplit=" << static_cast<const void*>(pSplit) << std::endl;
         return false;
     }
+    guarded([&] { makeChildren(pSplit); });
+    return true;
+}
+
+void ConstraintSegment2::makeChildren(Point2* pSplit)
+{
     const std::less<Point2*> before;
     const bool bReverse0 = !before(src, pSplit);
     const bool bReverse1 = before(trg, pSplit);
@@ -72,7 +81,6 @@ bool ConstraintSegment2::split(Point2* pSplit)
     pChild1 = pCSeg1;
     if (ConstraintMgr* const pRegistry = findManager())
         pRegistry->recordSplit(this, pCSeg0, pCSeg1);
-    return true;
 }
 
 // Two objects for one edge would each miss the splits of the other, so an alive segment that overlaps becomes the
@@ -109,7 +117,9 @@ bool ConstraintSegment2::splitAndRemovePrev(Point2* pSplit)
     if (!sOwners)
         return true;
     const double dx = pSplit->x() - src->x(), dy = pSplit->y() - src->y();
-    sOwners->front().pGraph->getDelaunayTriangulation()->removeSplitVerticesNear(pSplit, dx * dx + dy * dy);
+    guarded([&] {
+        sOwners->front().pGraph->getDelaunayTriangulation()->removeSplitVerticesNear(pSplit, dx * dx + dy * dy);
+    });
     return true;
 }
 
@@ -119,17 +129,19 @@ void ConstraintSegment2::getChildrenRec(std::vector<ConstraintSegment2*>& vChild
     QUOR2D_ASSERT(!isAlive(), "vChildren.size()==2");
     if (isAlive())
         return;
-    std::vector<ConstraintSegment2*> vStack{pChild1, pChild0};
-    while (!vStack.empty()) {
-        ConstraintSegment2* const pCSeg = vStack.back();
-        vStack.pop_back();
-        if (pCSeg->isAlive()) {
-            vChildSegments.push_back(pCSeg);
-        } else {
-            vStack.push_back(pCSeg->pChild1);
-            vStack.push_back(pCSeg->pChild0);
+    guarded([&] {
+        std::vector<ConstraintSegment2*> vStack{pChild1, pChild0};
+        while (!vStack.empty()) {
+            ConstraintSegment2* const pCSeg = vStack.back();
+            vStack.pop_back();
+            if (pCSeg->isAlive()) {
+                vChildSegments.push_back(pCSeg);
+            } else {
+                vStack.push_back(pCSeg->pChild1);
+                vStack.push_back(pCSeg->pChild0);
+            }
         }
-    }
+    });
 }
 
 void ConstraintSegment2::getChildrenAndSplitPoint(ConstraintSegment2*& pCSeg0, ConstraintSegment2*& pCSeg1,

@@ -84,6 +84,7 @@ private:
     using OwnerList = std::vector<Owner>; // ascending addresses, each once
 
     const Owner* findOwner(const ConstraintGraph2* pGraph) const;
+    void makeChildren(Point2* pSplit);
     ConstraintSegment2* makeChild(Point2* pFirst, Point2* pSecond, bool bReverse) const;
     ConstraintMgr* findManager() const;
 
