@@ -31,11 +31,6 @@ double distance(const Point2& p, const Point2& q)
     return std::sqrt(squaredDistance(p, q));
 }
 
-std::array<Point2*, 3> cornersOf(const Triangle2* pT)
-{
-    return {pT->getCorner(0), pT->getCorner(1), pT->getCorner(2)};
-}
-
 } // namespace
 
 // ---- the quick test
@@ -71,27 +66,15 @@ double QuickTest::circumRadius() const
 // ---- the candidate
 
 RefineCandidate::RefineCandidate(Dt2* pTriangulation, Triangle2* pTestedTriangle)
-    : pDt(pTriangulation), pTriangle(pTestedTriangle), pContainingT(pTestedTriangle), corners(cornersOf(pTriangle)),
-      containingCorners(corners)
+    : pDt(pTriangulation), pTriangle(pTestedTriangle), pContainingT(pTestedTriangle)
 {
+    const Point2 &p0 = *pTriangle->getCorner(0), &p1 = *pTriangle->getCorner(1), &p2 = *pTriangle->getCorner(2);
     const std::pair<Point2, bool> dual = pTriangle->getDual();
     steinerPoint = dual.first;
-    circumRadius = distance(steinerPoint, *corners[0]);
+    circumRadius = distance(steinerPoint, p0);
     bValid = dual.second && std::isfinite(circumRadius);
-    const double a = squaredDistance(*corners[0], *corners[1]), b = squaredDistance(*corners[1], *corners[2]),
-                 c = squaredDistance(*corners[2], *corners[0]);
+    const double a = squaredDistance(p0, p1), b = squaredDistance(p1, p2), c = squaredDistance(p2, p0);
     aSqLengths = {std::min({a, b, c}), std::max(std::min(a, b), std::min(std::max(a, b), c)), std::max({a, b, c})};
-}
-
-// A triangle that is gone has no corners.
-bool RefineCandidate::isTriangleStale() const
-{
-    return cornersOf(pTriangle) != corners;
-}
-
-bool RefineCandidate::isStale() const
-{
-    return isTriangleStale() || cornersOf(pContainingT) != containingCorners;
 }
 
 bool RefineCandidate::needRefinement(const RefineParams& params)
@@ -209,7 +192,6 @@ void RefineCandidate::walk()
     if (exit == SPLIT_NONE && bOnEdge)
         exit = findBlockingEdgeUnderPoint();
     setSplitIndex(exit);
-    containingCorners = cornersOf(pContainingT);
 }
 
 void RefineCandidate::setSplitIndex(int index)

@@ -48,12 +48,6 @@ public:
     /// The part of needRefinement() that depends on more than the triangle, for one that misses the bounds.
     bool isRefinable(const RefineParams& params);
 
-    /// Whether the tested triangle has changed, or is gone, since.
-    bool isTriangleStale() const;
-
-    /// Whether the tested or the containing triangle has changed since.
-    bool isStale() const;
-
     /// The part of needRefinement() that depends on nothing but the triangle.
     bool missesBounds(const RefineParams& params) const;
 
@@ -67,8 +61,6 @@ public:
     double circumRadius = 0.0;
     int splitIndex = SPLIT_NONE;
     bool bValid = false;
-    std::array<Point2*, 3> corners;
-    std::array<Point2*, 3> containingCorners;
     std::array<double, 3> aSqLengths;    // ascending
     Point2* pSparedCorner = nullptr;     // the sharp corner for whose sake nothing is done
     ConstraintSegment2* pCSeg = nullptr; // what runs along the edge of splitIndex

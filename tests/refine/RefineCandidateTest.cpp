@@ -63,17 +63,6 @@ TEST_F(Candidate, ACircumcentreOnAConstraintIsBlockedByIt)
     EXPECT_EQ(*candidate.pTriangle->getCorner(candidate.splitIndex), Point2(0, 0));
 }
 
-TEST_F(Candidate, KnowsWhenItsTrianglesHaveChanged)
-{
-    dt.insert({Point2(0, 0), Point2(2, 0), Point2(1, 0.15), Point2(1, -10)});
-    RefineCandidate candidate = at(Point2(1, 0.1));
-    ASSERT_TRUE(candidate.needRefinement(params(20, 0, kNoLimit)));
-    EXPECT_FALSE(candidate.isStale());
-    dt.insert(Point2(1, -9));
-    EXPECT_FALSE(candidate.isTriangleStale());
-    EXPECT_TRUE(candidate.isStale()) << "the containing triangle is gone";
-}
-
 // Constraints that meet below the bound exempt their triangle; the angle is computed with a short pi.
 TEST_F(Candidate, InputAnglesBelowTheBoundAreExempt)
 {
