@@ -170,6 +170,8 @@ bool Dt2::splitIllegalPiece(RefineZone& zoneTriangles, ConstraintSegment2* pCSeg
     Triangle2* const pRight = findTriangleLeftOf(trg, src);
     if (!pLeft || !pRight || (!RefineZone::contains(pLeft) && !RefineZone::contains(pRight)))
         return false;
+    if (isRoundingGap(*pLeft) || isRoundingGap(*pRight))
+        return false;
     const int inLeft = pLeft->getIntraTriangleIndex(pRight), inRight = pRight->getIntraTriangleIndex(pLeft);
     const Point2* const pApex = pRight->getCorner(inRight);
     if (predicates.inCircleSign(pLeft->getCorner(0), pLeft->getCorner(1), pLeft->getCorner(2), pApex) != ORI2_POSITIVE)

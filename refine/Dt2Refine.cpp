@@ -34,14 +34,10 @@ constexpr double kFloorFraction = 0.01;
 double smallestAltitude(const std::vector<Triangle2*>& vTriangles)
 {
     double smallest = std::numeric_limits<double>::max();
-    for (const Triangle2* pT : vTriangles) {
-        const Point2 &p0 = *pT->getCorner(0), &p1 = *pT->getCorner(1), &p2 = *pT->getCorner(2);
-        const double doubledArea = (p1.x() - p0.x()) * (p2.y() - p0.y()) - (p1.y() - p0.y()) * (p2.x() - p0.x());
-        const double longest = std::sqrt(
-            std::max({pT->getSquaredEdgeLength(0), pT->getSquaredEdgeLength(1), pT->getSquaredEdgeLength(2)}));
-        smallest = std::min(smallest, std::fabs(doubledArea) / longest);
-    }
-    return std::isfinite(smallest) ? smallest : 0.0;
+    for (const Triangle2* pT : vTriangles)
+        if (!isRoundingGap(*pT))
+            smallest = std::min(smallest, heightOf(*pT));
+    return smallest < std::numeric_limits<double>::max() ? smallest : 0.0;
 }
 
 void reportEmptyZone()

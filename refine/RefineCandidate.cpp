@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <limits>
 
 namespace ZELK_QUOR2D
 {
@@ -31,7 +32,40 @@ double distance(const Point2& p, const Point2& q)
     return std::sqrt(squaredDistance(p, q));
 }
 
+// Rounding puts crossings and midpoints a few units in the last place beside their segments.
+constexpr double kRoundingUnits = 256.0;
+
+int longestEdgeOf(const Triangle2& triangle)
+{
+    int longest = 0;
+    for (int i = 1; i < 3; ++i)
+        if (triangle.getSquaredEdgeLength(i) > triangle.getSquaredEdgeLength(longest))
+            longest = i;
+    return longest;
+}
+
+double maxAbs(const Point2& p)
+{
+    return std::max(std::fabs(p.x()), std::fabs(p.y()));
+}
+
 } // namespace
+
+double heightOf(const Triangle2& triangle)
+{
+    const Point2 &p0 = *triangle.getCorner(0), &p1 = *triangle.getCorner(1), &p2 = *triangle.getCorner(2);
+    const double doubledArea = (p1.x() - p0.x()) * (p2.y() - p0.y()) - (p1.y() - p0.y()) * (p2.x() - p0.x());
+    return std::fabs(doubledArea) / std::sqrt(triangle.getSquaredEdgeLength(longestEdgeOf(triangle)));
+}
+
+bool isRoundingGap(const Triangle2& triangle)
+{
+    if (!Dt2::isConstraintVertex(triangle.getCorner(longestEdgeOf(triangle))))
+        return false;
+    const double largest =
+        std::max({maxAbs(*triangle.getCorner(0)), maxAbs(*triangle.getCorner(1)), maxAbs(*triangle.getCorner(2))});
+    return heightOf(triangle) < kRoundingUnits * std::numeric_limits<double>::epsilon() * largest;
+}
 
 // ---- the quick test
 
@@ -98,7 +132,7 @@ bool RefineCandidate::missesBounds(const RefineParams& params) const
     const double shortest = std::sqrt(aSqLengths[0]);
     if (!(circumRadius / shortest > params.maxRadiusEdgeRatio) || hasSmallInputAngle(params.minAngleDegree))
         return false;
-    return !(params.minEdgeLength / 10.0 > shortest);
+    return !(params.minEdgeLength / 10.0 > shortest) && !isRoundingGap(*pTriangle);
 }
 
 // Whether the refinement leaves edges that are long enough and does not spoil a sharp corner.

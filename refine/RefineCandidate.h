@@ -12,6 +12,14 @@ class ConstraintSegment2;
 class Dt2;
 class Triangle2;
 
+/// The height of a triangle over its longest edge.
+double heightOf(const Triangle2& triangle);
+
+/// Whether a triangle lies between constraints that coincide but for rounding: so thin that rounding gave it its shape,
+/// and with an end of a constraint over its longest edge. Such triangles are no reason to insert anything: it would
+/// take edges as short as they are thin.
+bool isRoundingGap(const Triangle2& triangle);
+
 /// What the lengths of the edges tell about a triangle.
 class QuickTest
 {

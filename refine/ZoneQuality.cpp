@@ -99,6 +99,8 @@ ZoneQuality::Reason ZoneQuality::findReason(Triangle2* pT) const
     const bool bLongEdge = candidate.aSqLengths[2] > params.sqMaxEdgeLength;
     if (!bLongEdge && candidate.hasSmallInputAngle(params.minAngleDegree))
         return REASON_INPUT_ANGLE;
+    if (!bLongEdge && isRoundingGap(*pT))
+        return REASON_NO_CIRCUMCENTRE;
     const bool bNeeded = candidate.needRefinement(params);
     if (candidate.pSparedCorner)
         return REASON_SHARP_CORNER;

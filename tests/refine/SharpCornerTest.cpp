@@ -113,6 +113,22 @@ TEST(SharpCorner, NoSliversAlongSpikes)
     EXPECT_GE(result.measures.worstAngle, 15.0);
 }
 
+// Fault: segments that coincide but for rounding enclose triangles that no edges longer than 1e-16 can mend; the mesh
+// grew until memory was used up.
+TEST(SharpCorner, BordersThatCoincideButForRounding)
+{
+    const auto segment = [](int x0, int y0, int x1, int y1) {
+        return Segment2(Point2(x0 / 6.0, y0 / 6.0), Point2(x1 / 6.0, y1 / 6.0));
+    };
+    Region region(box(-1, -1, 1, 1));
+    region.addSegments({segment(3, 0, -1, 4), segment(3, 1, -4, 4), segment(-1, 4, -4, -4)});
+    region.cis = CIS_CONFORMING_DELAUNAY;
+    region.addSegments({segment(-1, 4, 1, 2), segment(-4, 4, -2, -3)});
+    const Result result = refineSharp(region, 27);
+    EXPECT_TRUE(result.bStable);
+    EXPECT_LT(result.measures.numTriangles, 2000u);
+}
+
 // Splitting is what makes pieces even, so without it, and below the minimum length, they stay as they are.
 TEST(SharpCorner, PiecesAreNotMadeEvenAgainstTheBounds)
 {
