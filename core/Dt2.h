@@ -464,6 +464,8 @@ private:
     struct LastRefinement {
         double minEdgeLength;
         bool bAllowConstraintSplitting;
+        double startAltitude;    // see RefineParams
+        std::size_t numVertices; // of the triangulation, afterwards
     };
     std::unordered_map<const Zone2*, LastRefinement> mLastRefinements; // of the zones that have been refined
 

@@ -40,6 +40,13 @@ double smallestAltitude(const std::vector<Triangle2*>& vTriangles)
     return smallest < std::numeric_limits<double>::max() ? smallest : 0.0;
 }
 
+void setEdgeFloor(RefineParams& params, const std::vector<Triangle2*>& vTriangles)
+{
+    if (params.startAltitude < 0.0)
+        params.startAltitude = smallestAltitude(vTriangles);
+    params.edgeFloor = std::max(params.minEdgeLength, kFloorFraction * params.startAltitude);
+}
+
 void reportEmptyZone()
 {
     reportWarning("uniformRefinement(..)", "pZone is empty, invalid operation, return");
@@ -66,11 +73,15 @@ void Dt2::refine(RefineParams* pRefineParams)
         reportEmptyZone();
         return;
     }
-    mLastRefinements[pRefineParams->pZone] =
-        LastRefinement{pRefineParams->minEdgeLength, pRefineParams->bAllowConstraintSplitting};
+    // The floor is that of the input. To measure it in a mesh that is refined already would make it lower each time.
+    LastRefinement& last = mLastRefinements[pRefineParams->pZone];
+    if (last.numVertices == vertexVault.size())
+        pRefineParams->startAltitude = last.startAltitude;
     RefineZone zoneTriangles(*this, *pRefineParams);
     runRefinement(zoneTriangles, pRefineParams);
     vertexVault.updateSortedIndex(false);
+    last = LastRefinement{pRefineParams->minEdgeLength, pRefineParams->bAllowConstraintSplitting,
+                          pRefineParams->startAltitude, vertexVault.size()};
 }
 
 void Dt2::refineSpecificTriangles(const std::vector<Triangle2*>& vTriangles, bool bAllowConstraintSplitting)
@@ -86,7 +97,7 @@ void Dt2::refineSpecificTriangles(const std::vector<Triangle2*>& vTriangles, boo
         if (pT && trianglePool.contains(pT) && pT->getCorner(0))
             vAlive.push_back(pT);
     zoneTriangles.assign(vAlive);
-    params.edgeFloor = std::max(params.minEdgeLength, kFloorFraction * smallestAltitude(vAlive));
+    setEdgeFloor(params, vAlive);
     const std::size_t firstNew = vertexVault.vIdxVtxAct.size();
     runRefinement(zoneTriangles, &params);
     vertexVault.finishBatch(firstNew);
@@ -108,8 +119,7 @@ void Dt2::runRefinement(RefineZone& zoneTriangles, RefineParams* pRefineParams)
             }
             zoneTriangles.assign(vTriangles);
             if (cycle == 0)
-                pRefineParams->edgeFloor =
-                    std::max(pRefineParams->minEdgeLength, kFloorFraction * smallestAltitude(vTriangles));
+                setEdgeFloor(*pRefineParams, vTriangles);
         }
         const bool bProductive = refineCycle(zoneTriangles, pRefineParams);
         // As long as every piece became an edge when its segment was split, all constraints are edges still, and the

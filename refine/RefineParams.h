@@ -27,6 +27,9 @@ struct RefineParams {
     double maxRadiusEdgeRatio; // circumradius over shortest edge, as the angle bound asks
     double sharpCosine;        // of the angle below which constraints count as a sharp corner, see SharpCorner.h
 
+    /// The smallest height of the triangles at the start; negative when it is not known yet.
+    double startAltitude = -1.0;
+
     /// What Delaunay refinement does not undercut where the bounds can be met at all: at least minEdgeLength. Set when
     /// the triangles are known.
     double edgeFloor = 0.0;

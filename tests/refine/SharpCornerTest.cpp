@@ -1,5 +1,7 @@
 #include "tests/refine/RefineTestSupport.h"
 
+#include <array>
+
 using namespace ZELK_QUOR2D;
 using namespace ZELK_QUOR2D::test;
 
@@ -30,6 +32,23 @@ Result refineWedge(double degrees, double length0, double length1, double angle)
     Region region(box(0, 0, 1, 1));
     region.addSegments(wedge(degrees, length0, length1));
     return refineSharp(region, angle);
+}
+
+// In sixths, so that crossings are rounded.
+Result refineSixths(const std::vector<std::array<int, 4>>& vConstrained,
+                    const std::vector<std::array<int, 4>>& vConforming)
+{
+    const auto segmentsOf = [](const std::vector<std::array<int, 4>>& vSixths) {
+        std::vector<Segment2> vSegments;
+        for (const std::array<int, 4>& s : vSixths)
+            vSegments.emplace_back(Point2(s[0] / 6.0, s[1] / 6.0), Point2(s[2] / 6.0, s[3] / 6.0));
+        return vSegments;
+    };
+    Region region(box(-1, -1, 1, 1));
+    region.addSegments(segmentsOf(vConstrained));
+    region.cis = CIS_CONFORMING_DELAUNAY;
+    region.addSegments(segmentsOf(vConforming));
+    return refineSharp(region, 27);
 }
 
 } // namespace
@@ -117,16 +136,19 @@ TEST(SharpCorner, NoSliversAlongSpikes)
 // grew until memory was used up.
 TEST(SharpCorner, BordersThatCoincideButForRounding)
 {
-    const auto segment = [](int x0, int y0, int x1, int y1) {
-        return Segment2(Point2(x0 / 6.0, y0 / 6.0), Point2(x1 / 6.0, y1 / 6.0));
-    };
-    Region region(box(-1, -1, 1, 1));
-    region.addSegments({segment(3, 0, -1, 4), segment(3, 1, -4, 4), segment(-1, 4, -4, -4)});
-    region.cis = CIS_CONFORMING_DELAUNAY;
-    region.addSegments({segment(-1, 4, 1, 2), segment(-4, 4, -2, -3)});
-    const Result result = refineSharp(region, 27);
+    const Result result =
+        refineSixths({{3, 0, -1, 4}, {3, 1, -4, 4}, {-1, 4, -4, -4}}, {{-1, 4, 1, 2}, {-4, 4, -2, -3}});
     EXPECT_TRUE(result.bStable);
     EXPECT_LT(result.measures.numTriangles, 2000u);
+}
+
+// Fault: a repeated call took the refined mesh for the input, went below the edges at which the first one had stopped,
+// and added as many vertices again.
+TEST(SharpCorner, ARepeatedCallStopsWhereTheFirstDid)
+{
+    EXPECT_TRUE(
+        refineSixths({{0, 4, 4, 2}, {-1, 3, 1, -1}, {0, 1, -2, 3}}, {{4, 2, -2, -4}, {1, -1, 4, 0}, {-2, 3, -4, -1}})
+            .bStable);
 }
 
 // Splitting is what makes pieces even, so without it, and below the minimum length, they stay as they are.
