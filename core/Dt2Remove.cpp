@@ -54,8 +54,8 @@ void Dt2::remove(Point2* pVtx, bool bInternal)
 //
 // Reading the vertex is the first of the waits for memory that a removal consists of, so what comes next is asked for
 // before. A batch makes its vertices along the curve, and two triangles with each of them: a star mostly lies where its
-// vertex lies in the other pool, or a little before, and else around the vertex's triangle. (This stands here since
-// compilers may drop the call of a function that does nothing else.)
+// vertex lies in the other pool, or a little before, and else around the vertex's triangle. How far around was found by
+// measurement. (This stands here since compilers may drop the call of a function that does nothing else.)
 bool Dt2::isRemovable(const Point2* pVtx) const
 {
     constexpr std::size_t kMinVertices = 20000; // a cache holds the mesh of fewer ones

@@ -31,7 +31,7 @@ public:
         if (head == tail)
             return nullptr;
         if (tail - head > kNear)
-            prefetchAround(*at(head + kNear));
+            prefetchFlips(*at(head + kNear));
         if (tail - head > kNearest)
             prefetchSegments(*at(head + kNearest));
         return at(head++);
@@ -70,7 +70,7 @@ private:
     }
 
     // What the first flips around the circumcentre touch, which mostly lies in the triangle or next to it.
-    void prefetchAround(const OpenTriangle& open) const
+    void prefetchFlips(const OpenTriangle& open) const
     {
         if (open.isStale())
             return;
