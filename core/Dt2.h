@@ -9,6 +9,7 @@
 #include "core/HC2.h"
 #include "core/SimplePool.h"
 #include "core/StarRing.h"
+#include "core/VertexStar.h"
 #include "core/VertexVault.h"
 #include "predicates/PredicateTest.h"
 
@@ -320,16 +321,14 @@ private:
         Triangle2* pT; // one of its triangles
         int degree;
     };
-    struct StarTriangle {
-        Triangle2* pT;
-        Point2* pShared; // the corner that it has in common with the one before it on the walk, besides the vertex
-    };
     bool isRemovable(const Point2* pVtx) const;
-    bool collectStar(const Point2* pVtx);
-    void fillRing(const Point2* pVtx, bool bClosed);
     void removeInside(Point2* pVtx);
     void removeAtHull(Point2* pVtx);
-    void mergeLastThree(const Point2* pVtx, Triangle2* pT);
+    bool fillHole(const Point2* pVtx);
+    template <int N>
+    bool fillHoleOf(const Point2* pVtx);
+    void flipAndFill(Point2* pVtx);
+    void fillRing(const Point2* pVtx);
     void forgetVertex(Point2* pVtx);
     Triangle2* flipAway(Point2* pVtx, Triangle2* pT, FlatTriangles flatTriangles);
     Triangle2* takeCornerAway(Point2* pVtx, Triangle2* pT, FlatTriangles flatTriangles);
@@ -438,8 +437,7 @@ private:
     std::vector<HullEdge> vVisibleHullEdges; // counterclockwise
     std::vector<HullEdge> vSuspectEdges;     // edges whose circles removal has to look at
     std::vector<HullEdge> vSuspectNext;
-    std::vector<StarTriangle> vStarCcw; // of a vertex that is removed, from its triangle on in both directions
-    std::vector<StarTriangle> vStarCw;
+    VertexStar vertexStar; // of a vertex that is removed
     StarRing ring;
     Point2* pLastInserted = nullptr;
     std::size_t walkSteps = 0; // of the latest walk

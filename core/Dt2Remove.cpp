@@ -1,5 +1,6 @@
 #include "core/Dt2.h"
 
+#include "core/HoleFill.h"
 #include "core/Prefetch.h"
 #include "core/TriangleLinks.h"
 #include "output/Message.h"
@@ -10,21 +11,9 @@
 namespace ZELK_QUOR2D
 {
 
-namespace
-{
-
-// The walk round a star waits for memory at each step. Meanwhile what removal is going to touch can arrive, too.
-void prefetchBeyond(const Triangle2* pT, int apex)
-{
-    prefetch(pT->getCorner(next(apex)));
-    prefetch(pT->getCorner(prev(apex)));
-    prefetchWhole(pT->getOppositeTriangle(apex));
-}
-
-} // namespace
-
 void Dt2::remove(Point2* pVtx, bool bInternal)
 {
+    prefetch(pVtx); // the first of the waits for memory that a removal consists of
     if (!pVtx) {
         reportWarning("Dt2::remove(..)", "pVtx==NULL, nothing to do");
         return;
@@ -38,10 +27,10 @@ void Dt2::remove(Point2* pVtx, bool bInternal)
         reportWarning("Dt2::remove()", "the vertex is an endpoint of a constraint segment, nothing to do");
         return;
     }
-    const bool bClosed = collectStar(pVtx);
+    vertexStar.collect(pVtx);
     if (bInternal)
         suspectBorderOfStar(pVtx);
-    if (bClosed)
+    if (vertexStar.isClosed())
         removeInside(pVtx);
     else
         removeAtHull(pVtx);
@@ -52,10 +41,10 @@ void Dt2::remove(Point2* pVtx, bool bInternal)
 // The address decides: a copy, and a vertex of another triangulation, may have the same coordinates. Vertices that were
 // removed, or wait for a triangulation, have no triangle.
 //
-// Reading the vertex is the first of the waits for memory that a removal consists of, so what comes next is asked for
-// before. A batch makes its vertices along the curve, and two triangles with each of them: a star mostly lies where its
-// vertex lies in the other pool, or a little before, and else around the vertex's triangle. How far around was found by
-// measurement. (This stands here since compilers may drop the call of a function that does nothing else.)
+// What comes after the vertex is asked for before the vertex has arrived. A batch makes its vertices along the curve,
+// and two triangles with each of them: a star mostly lies where its vertex lies in the other pool, or a little before,
+// and else around the vertex's triangle. How far around was found by measurement. (This stands here since compilers may
+// drop the call of a function that does nothing else.)
 bool Dt2::isRemovable(const Point2* pVtx) const
 {
     constexpr std::size_t kMinVertices = 20000; // a cache holds the mesh of fewer ones
@@ -78,99 +67,71 @@ void Dt2::forgetVertex(Point2* pVtx)
     QUOR2D_ASSERT(pVtx->getIncidentTriangle() == nullptr, "pVtx->getIncidentTriangle()==NULL");
 }
 
-// Fills the ring, at the hull from the clockwise end on. Walks in both directions at once until the two meet, or each
-// of them has met the hull.
-//
-// @return whether the star is closed
-bool Dt2::collectStar(const Point2* pVtx)
-{
-    vStarCcw.clear();
-    vStarCw.clear();
-    Triangle2* pCcw = pVtx->getIncidentTriangle();
-    Triangle2* pCw = pCcw;
-    vStarCcw.push_back(StarTriangle{pCcw, nullptr});
-    bool bClosed = false;
-    const auto stepOn = [&](Triangle2*& pT, bool bCcw) {
-        const int i = pT->getIntraTriangleIndex(pVtx);
-        prefetchBeyond(pT, i);
-        Point2* const pShared = pT->getCorner(bCcw ? prev(i) : next(i));
-        pT = pT->getOppositeTriangle(bCcw ? next(i) : prev(i));
-        prefetchWhole(pT);
-        bClosed = pT && pCcw == pCw;
-        if (pT && !bClosed)
-            (bCcw ? vStarCcw : vStarCw).push_back(StarTriangle{pT, pShared});
-    };
-    // Ends: a star is finite.
-    while (!bClosed && (pCcw || pCw)) {
-        if (pCcw)
-            stepOn(pCcw, true);
-        if (pCw && !bClosed)
-            stepOn(pCw, false);
-    }
-    fillRing(pVtx, bClosed);
-    return bClosed;
-}
-
-void Dt2::fillRing(const Point2* pVtx, bool bClosed)
-{
-    const Triangle2* const pFirst = vStarCw.empty() ? vStarCcw.front().pT : vStarCw.back().pT;
-    const Point2* pCorner = pFirst->getCorner(next(pFirst->getIntraTriangleIndex(pVtx)));
-    ring.start(pVtx, vStarCw.size() + vStarCcw.size() + 1);
-    for (auto it = vStarCw.rbegin(); it != vStarCw.rend(); ++it) {
-        ring.add(pCorner, it->pT);
-        pCorner = it->pShared;
-    }
-    ring.add(pCorner, vStarCcw.front().pT);
-    for (std::size_t i = 1; i < vStarCcw.size(); ++i)
-        ring.add(vStarCcw[i].pShared, vStarCcw[i].pT);
-    if (!bClosed) {
-        const Triangle2* const pLast = vStarCcw.back().pT;
-        ring.add(pLast->getCorner(prev(pLast->getIntraTriangleIndex(pVtx))), nullptr);
-    }
-    ring.finish(bClosed);
-}
-
 // ---- a vertex inside
 
 void Dt2::removeInside(Point2* pVtx)
 {
-    Star star{ring.triangleAfter(0), static_cast<int>(ring.size())};
-    if (star.degree > 3) {
-        flipInOrder(pVtx, star, FLAT_REFUSED);
-        flipStar(pVtx, star, FLAT_REFUSED);
-    }
-    if (star.degree > 3)
-        flipStuckStar(pVtx, star);
-    mergeLastThree(pVtx, star.pT);
+    if (!fillHole(pVtx))
+        flipAndFill(pVtx);
 }
 
-// Three triangles become one.
-//
-//           c                    c
-//          /|\                  / \          pT = (v,a,b), pT1 = (v,b,c), pT2 = (v,c,a);
-//         / v \      ->        /   \         afterwards pT = (a,b,c)
-//        / / \ \              /  T  \                                                     .
-//       a ----- b            a ----- b
-void Dt2::mergeLastThree(const Point2* pVtx, Triangle2* pT)
+bool Dt2::fillHole(const Point2* pVtx)
 {
-    const int i = indexOf(pT, pVtx);
-    Triangle2* const pT1 = pT->getOppositeTriangle(next(i));
-    Triangle2* const pT2 = pT->getOppositeTriangle(prev(i));
-    const int i1 = indexOf(pT1, pVtx);
-    Triangle2* const pAcrossAB = pT->getOppositeTriangle(i);
-    Triangle2* const pAcrossBC = pT1->getOppositeTriangle(i1);
-    Triangle2* const pAcrossCA = pT2->getOppositeTriangle(indexOf(pT2, pVtx));
-    QUOR2D_ASSERT(pT1->getOppositeTriangle(next(i1)) == pT2, "vRemainingT.size()==3");
-    pT->setProperties(pT->getCorner(next(i)), pT->getCorner(prev(i)), pT1->getCorner(prev(i1)));
-    pT->setOppTriangle(0, pAcrossBC);
-    pT->setOppTriangle(1, pAcrossCA);
-    pT->setOppTriangle(2, pAcrossAB);
-    if (pAcrossBC)
-        pAcrossBC->setOppTriangle(indexOf(pAcrossBC, pT1), pT);
-    if (pAcrossCA)
-        pAcrossCA->setOppTriangle(indexOf(pAcrossCA, pT2), pT);
-    discardTriangle(pT1);
-    discardTriangle(pT2);
+    switch (vertexStar.size()) {
+    case 3:
+        return fillHoleOf<3>(pVtx);
+    case 4:
+        return fillHoleOf<4>(pVtx);
+    case 5:
+        return fillHoleOf<5>(pVtx);
+    case 6:
+        return fillHoleOf<6>(pVtx);
+    case 7:
+        return fillHoleOf<7>(pVtx);
+    case 8:
+        return fillHoleOf<8>(pVtx);
+    case 9:
+        return fillHoleOf<9>(pVtx);
+    default:
+        return false; // one vertex in a hundred
+    }
+}
+
+// @return false if rounding led astray; then nothing has changed
+template <int N>
+bool Dt2::fillHoleOf(const Point2* pVtx)
+{
+    HoleFill<N> hole(vertexStar.begin());
+    if (!hole.plan(pVtx, predicates))
+        return false;
+    hole.write(pVtx);
+    hole.forEachLeftOver([this](Triangle2* pT) { discardTriangle(pT); });
+    hole.forEachViolation(predicates, [this](Triangle2* pT) { vSuspectEdges.push_back(HullEdge{pT, 0}); });
+    return true;
+}
+
+// Any star, by edge flips until it is a triangle in three parts.
+void Dt2::flipAndFill(Point2* pVtx)
+{
+    fillRing(pVtx);
+    Star star{ring.triangleAfter(0), static_cast<int>(ring.size())};
+    flipInOrder(pVtx, star, FLAT_REFUSED);
+    flipStar(pVtx, star, FLAT_REFUSED);
+    if (star.degree > 3)
+        flipStuckStar(pVtx, star);
+    vertexStar.collect(pVtx);
+    QUOR2D_ASSERT(vertexStar.size() == 3, "vRemainingT.size()==3");
+    fillHoleOf<3>(pVtx);
+}
+
+void Dt2::fillRing(const Point2* pVtx)
+{
+    ring.start(pVtx, vertexStar.size() + 1);
+    for (const VertexStar::Spoke& spoke : vertexStar)
+        ring.add(spoke.pCorner, spoke.pT);
+    if (!vertexStar.isClosed())
+        ring.add(vertexStar.getLastCorner(), nullptr);
+    ring.finish(vertexStar.isClosed());
 }
 
 // ---- a vertex of the hull
@@ -182,6 +143,7 @@ void Dt2::mergeLastThree(const Point2* pVtx, Triangle2* pT)
 // all of them are corners of the star, and the triangulation is empty.
 void Dt2::removeAtHull(Point2* pVtx)
 {
+    fillRing(pVtx);
     Triangle2* const pFirst = ring.triangleAfter(0); // flips never take it away
     Star star{pFirst, static_cast<int>(ring.size()) - 1};
     flipInOrder(pVtx, star, FLAT_ALLOWED);
@@ -207,13 +169,9 @@ void Dt2::removeAtHull(Point2* pVtx)
 // Flips of the star leave the entries valid: they change what lies on the inner side only.
 void Dt2::suspectBorderOfStar(const Point2* pVtx)
 {
-    const auto suspect = [this, pVtx](const StarTriangle& entry) {
-        const Triangle2* const pT = entry.pT;
-        if (Triangle2* const pOuter = pT->getOppositeTriangle(indexOf(pT, pVtx)))
-            vSuspectEdges.push_back(HullEdge{pOuter, pOuter->getIntraTriangleIndex(pT)});
-    };
-    std::for_each(vStarCw.begin(), vStarCw.end(), suspect);
-    std::for_each(vStarCcw.begin(), vStarCcw.end(), suspect);
+    for (const VertexStar::Spoke& spoke : vertexStar)
+        if (Triangle2* const pOuter = spoke.pT->getOppositeTriangle(indexOf(spoke.pT, pVtx)))
+            vSuspectEdges.push_back(HullEdge{pOuter, pOuter->getIntraTriangleIndex(spoke.pT)});
 }
 
 // Restores the empty circles by edge flips (Lawson 1977), level by level, beginning with the edges that the flips of

@@ -260,6 +260,49 @@ TEST(Remove, MiddleOfASquareWithNoOtherPlaceInside)
     }
 }
 
+// Relative to the vertex the corners on the right are one point: a rounded order of ears leads astray.
+TEST(Remove, CornersThatRoundingMakesOne)
+{
+    const std::vector<Point2> vCorners{Point2(2, 1e-15), Point2(1, 6),     Point2(0, 3),     Point2(0, 9e-16),
+                                       Point2(0, 0),     Point2(2, 4e-16), Point2(2, 6e-16), Point2(2, 8e-16)};
+    Quor_2D dt;
+    insertAll(dt, vCorners);
+    const unsigned int numTriangles = dt.numberOfTriangles();
+    Point2* const pMiddle = dt.insert(Point2(1, 1));
+    EXPECT_EQ(dt.numberOfTriangles(), 8U); // all of them around it
+    dt.remove(pMiddle);
+    EXPECT_TRUE(isValidMesh(dt));
+    EXPECT_EQ(dt.numberOfTriangles(), numTriangles);
+}
+
+// On one circle, more than small holes have: nothing tells the ears apart, and the last four corners can be a square
+// around the vertex. Where the numbers are as small or as dense as they get there are few places to move it to.
+TEST(Remove, MiddleOfManyCocircularCorners)
+{
+    for (const int squaredRadius : {25, 65, 325}) {
+        std::vector<Point2> vUnit;
+        for (int x = -18; x <= 18; ++x)
+            for (int y = -18; y <= 18; ++y)
+                if (x * x + y * y == squaredRadius)
+                    vUnit.emplace_back(x, y);
+        for (const double origin : {0.0, 0x1p52, -0x1p50})
+            for (const double scale : {5e-324, 1e-170, 1.0, 3.0, 1e150, 0x1p1000}) {
+                if (origin != 0.0 && scale != 1.0 && scale != 3.0)
+                    continue;
+                Quor_2D dt;
+                std::vector<Point2> vPoints;
+                for (const Point2& p : vUnit)
+                    vPoints.emplace_back(origin + scale * p.x(), origin + scale * p.y());
+                insertAll(dt, vPoints);
+                Point2* const pMiddle = dt.insert(Point2(origin, origin));
+                ASSERT_EQ(dt.numberOfTriangles(), vPoints.size());
+                dt.remove(pMiddle);
+                EXPECT_TRUE(isValidMesh(dt)) << squaredRadius << ", " << scale;
+                EXPECT_EQ(dt.numberOfTriangles(), vPoints.size() - 2);
+            }
+    }
+}
+
 TEST(Remove, DownToNothingAndUpAgain)
 {
     Random random(4);
