@@ -9,6 +9,7 @@
 #include "core/HC2.h"
 #include "core/SimplePool.h"
 #include "core/StarRing.h"
+#include "core/TrianglePlaces.h"
 #include "core/VertexStar.h"
 #include "core/VertexVault.h"
 #include "predicates/PredicateTest.h"
@@ -308,6 +309,7 @@ private:
     void insertSparse(std::vector<VaultEntry>& vBatch);
     Point2* insertWalked(const Point2& p, std::uint32_t key, Triangle2* pT, int intState);
     Triangle2* insertEntry(std::size_t index, Triangle2* pStart);
+    void notePlace(const Point2* pVtx);
     Triangle2* splitTriangle(Point2* pVtx, Triangle2* pT);
     Triangle2* takeTriangle(Point2* pA, Point2* pB, Point2* pC);
     void collectVisibleHullEdges(const Point2* pVtx, Triangle2* pT, int ith);
@@ -437,6 +439,7 @@ private:
     std::vector<HullEdge> vVisibleHullEdges; // counterclockwise
     std::vector<HullEdge> vSuspectEdges;     // edges whose circles removal has to look at
     std::vector<HullEdge> vSuspectNext;
+    TrianglePlaces trianglePlaces;
     VertexStar vertexStar; // of a vertex that is removed
     StarRing ring;
     Point2* pLastInserted = nullptr;

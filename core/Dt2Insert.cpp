@@ -74,6 +74,7 @@ Point2* Dt2::insertWalked(const Point2& p, std::uint32_t key, Triangle2* pT, int
     }
     Point2* pVtx = vertexVault.makeVertex(p.x(), p.y(), p.getCustomIndex());
     vertexVault.add(key, pVtx);
+    notePlace(pVtx);
     insertVertex(&pVtx, pT, intState);
     vertexVault.noteRecent(key, pVtx);
     pLastInserted = pVtx;
@@ -84,6 +85,7 @@ Point2* Dt2::newVertex(double x, double y)
 {
     Point2* pVtx = vertexVault.makeVertex(x, y, -1);
     vertexVault.add(hilbertCurve.getIndex(x, y), pVtx);
+    notePlace(pVtx);
     return pVtx;
 }
 
@@ -214,6 +216,7 @@ void Dt2::insertSparse(std::vector<VaultEntry>& vBatch)
     for (VaultEntry& entry : vBatch) {
         Point2* const pNew = entry.pVtx;
         Triangle2* pT = nullptr;
+        notePlace(pNew);
         const int intState = walkFromNear(*pNew, entry.key, pT);
         insertVertex(&entry.pVtx, pT, intState);
         if (entry.pVtx != pNew)
@@ -227,6 +230,8 @@ void Dt2::insertSparse(std::vector<VaultEntry>& vBatch)
 void Dt2::insertRange(std::size_t first, std::size_t last, Triangle2* pStart)
 {
     if (last - first < kLeafSize) {
+        if (first < last)
+            notePlace(vertexVault[first].pVtx);
         Triangle2* pT = pStart;
         for (std::size_t i = first; i < last; ++i)
             pT = insertEntry(i, pT);
@@ -237,6 +242,12 @@ void Dt2::insertRange(std::size_t first, std::size_t last, Triangle2* pStart)
     Triangle2* pT = vertexVault[mid].pVtx->getIncidentTriangle();
     QUOR2D_ASSERT(pT != nullptr, "pT!=NULL");
     insertRange(mid + 1, last, pT);
+}
+
+// Of a vertex that is inserted next.
+void Dt2::notePlace(const Point2* pVtx)
+{
+    trianglePlaces.note(vertexPool.indexOf(pVtx), trianglePool.numberOfElements());
 }
 
 Triangle2* Dt2::insertEntry(std::size_t index, Triangle2* pStart)

@@ -41,10 +41,9 @@ void Dt2::remove(Point2* pVtx, bool bInternal)
 // The address decides: a copy, and a vertex of another triangulation, may have the same coordinates. Vertices that were
 // removed, or wait for a triangulation, have no triangle.
 //
-// What comes after the vertex is asked for before the vertex has arrived. A batch makes its vertices along the curve,
-// and two triangles with each of them: a star mostly lies where its vertex lies in the other pool, or a little before,
-// and else around the vertex's triangle. How far around was found by measurement. (This stands here since compilers may
-// drop the call of a function that does nothing else.)
+// What comes after the vertex is asked for before the vertex has arrived: a star mostly lies around the place that was
+// noted when its vertex was inserted, and else around the vertex's triangle. How far around was found by measurement.
+// (This stands here since compilers may drop the call of a function that does nothing else.)
 bool Dt2::isRemovable(const Point2* pVtx) const
 {
     constexpr std::size_t kMinVertices = 20000; // a cache holds the mesh of fewer ones
@@ -53,8 +52,8 @@ bool Dt2::isRemovable(const Point2* pVtx) const
         return false;
     if (vertexPool.numberOfElements() >= kMinVertices) {
         prefetchAround(pVtx, 4, 5);
-        prefetchAround(trianglePool.elementAt(2 * index), 27, 4);
-        prefetchAround(pVtx->getIncidentTriangle(), 13, 6);
+        prefetchAround(trianglePool.elementAt(trianglePlaces.guess(index)), 16, 12);
+        prefetchAround(pVtx->getIncidentTriangle(), 10, 4);
     }
     return pVtx->getIncidentTriangle() != nullptr;
 }
