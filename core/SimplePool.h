@@ -81,17 +81,16 @@ public:
     }
     static constexpr std::size_t kNone = std::numeric_limits<std::size_t>::max();
 
-    /// The element before which `index` others were handed out; null where there are not so many. One comparison per
-    /// block.
+    /// The element before which `index` others were handed out; null where there are not so many. At the same cost.
     T* elementAt(std::size_t index) const
     {
         if (index >= numberOfElements())
             return nullptr;
-        std::size_t b = 0;
-        // Ends: the elements of all blocks are more than the index.
-        for (; index >= static_cast<std::size_t>(vSizes[b]); ++b)
-            index -= static_cast<std::size_t>(vSizes[b]);
-        return vBlocks[b] + index;
+        std::size_t b = vBlocks.size() - 1, first = fullBlocks;
+        // Ends: the first block begins at 0.
+        while (index < first)
+            first -= static_cast<std::size_t>(vSizes[--b]);
+        return vBlocks[b] + (index - first);
     }
 
     /// Calls `visit(T*)` for every element handed out, in the order of handing out.

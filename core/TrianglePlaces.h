@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 namespace ZELK_QUOR2D
@@ -8,8 +9,9 @@ namespace ZELK_QUOR2D
 
 /// Which triangles were handed out by their pool while a vertex was inserted: a guess where those around it lie.
 ///
-/// The place of one vertex of each cell is known, cells being runs of vertices in the order of their pool. A vertex
-/// inside the hull takes two triangles more than the one before.
+/// A vertex inside the hull takes two triangles more than the one before it in its pool, at the hull it is any number.
+/// So what is kept is by how much the number of triangles differs from twice that of vertices, once for each cell: a
+/// run of vertices, long enough that the whole table stays in a cache.
 class TrianglePlaces
 {
 public:
@@ -17,22 +19,23 @@ public:
     void note(std::size_t vertex, std::size_t numTriangles)
     {
         const std::size_t cell = vertex / kCellSize;
-        while (vPlaces.size() <= cell) // ends: grows by one each time
-            vPlaces.push_back(2 * kCellSize * vPlaces.size());
-        vPlaces[cell] = numTriangles - 2 * (vertex % kCellSize); // may be negative and wrap; guess() wraps back
+        if (cell >= vDrifts.size())
+            vDrifts.resize(cell + 1, 0);
+        vDrifts[cell] = static_cast<std::int32_t>(numTriangles - 2 * vertex);
     }
 
     /// @return a place in the pool of triangles, perhaps past its end
     std::size_t guess(std::size_t vertex) const
     {
         const std::size_t cell = vertex / kCellSize;
-        return cell < vPlaces.size() ? vPlaces[cell] + 2 * (vertex % kCellSize) : 2 * vertex;
+        const std::ptrdiff_t drift = cell < vDrifts.size() ? vDrifts[cell] : 0;
+        return 2 * vertex + static_cast<std::size_t>(drift); // a negative sum wraps
     }
 
 private:
-    static constexpr std::size_t kCellSize = 256;
+    static constexpr std::size_t kCellSize = 4096;
 
-    std::vector<std::size_t> vPlaces; // for the first vertex of each cell
+    std::vector<std::int32_t> vDrifts; // a drift too large for it gives wrong guesses
 };
 
 } // namespace ZELK_QUOR2D
