@@ -18,6 +18,9 @@ namespace
 // Ranges below this size are inserted in order, larger ones middle first.
 constexpr std::size_t kLeafSize = 16;
 
+// Places are noted of about one vertex out of so many in a batch.
+constexpr std::size_t kNoteEvery = 256;
+
 // A batch into a mesh of more vertices per new point than this is sparse.
 constexpr std::size_t kSparseFactor = 64;
 
@@ -230,7 +233,7 @@ void Dt2::insertSparse(std::vector<VaultEntry>& vBatch)
 void Dt2::insertRange(std::size_t first, std::size_t last, Triangle2* pStart)
 {
     if (last - first < kLeafSize) {
-        if (first < last)
+        if (first % kNoteEvery < kLeafSize && first < last)
             notePlace(vertexVault[first].pVtx);
         Triangle2* pT = pStart;
         for (std::size_t i = first; i < last; ++i)
