@@ -329,17 +329,13 @@ private:
     bool fillHole(const Point2* pVtx);
     template <int N>
     bool fillHoleOf(const Point2* pVtx);
-    void flipAndFill(Point2* pVtx);
     void fillRing(const Point2* pVtx);
     void forgetVertex(Point2* pVtx);
     Triangle2* flipAway(Point2* pVtx, Triangle2* pT, FlatTriangles flatTriangles);
     Triangle2* takeCornerAway(Point2* pVtx, Triangle2* pT, FlatTriangles flatTriangles);
     void flipInOrder(Point2* pVtx, Star& star, FlatTriangles flatTriangles);
-    void flipStar(Point2* pVtx, Star& star, FlatTriangles flatTriangles);
+    void flipStar(Point2* pVtx, Star& star);
     void flipFan(Point2* pVtx, Triangle2* pFirst);
-    void flipStuckStar(Point2* pVtx, Star& star);
-    bool moveInsideStar(Point2* pVtx, const Star& star);
-    bool isStrictlyInsideStar(const Point2& p, const Point2* pVtx, const Star& star);
     void suspectBorderOfStar(const Point2* pVtx);
     void restoreCircles();
     bool isCircleViolated(const Triangle2* pT, int ith);

@@ -5,15 +5,14 @@
 #include "core/TriangleLinks.h"
 #include "output/Message.h"
 
-#include <algorithm>
 #include <iostream>
+#include <iterator>
 
 namespace ZELK_QUOR2D
 {
 
 void Dt2::remove(Point2* pVtx, bool bInternal)
 {
-    prefetch(pVtx); // the first of the waits for memory that a removal consists of
     if (!pVtx) {
         reportWarning("Dt2::remove(..)", "pVtx==NULL, nothing to do");
         return;
@@ -68,32 +67,30 @@ void Dt2::forgetVertex(Point2* pVtx)
 
 // ---- a vertex inside
 
+// Of a star that is too large to be filled at once, or that rounding led astray in, edge flips leave three or four
+// triangles. A hole of four corners is always filled: no rounding takes part in it.
 void Dt2::removeInside(Point2* pVtx)
 {
-    if (!fillHole(pVtx))
-        flipAndFill(pVtx);
+    if (fillHole(pVtx))
+        return;
+    fillRing(pVtx);
+    Star star{ring.triangleAfter(0), static_cast<int>(ring.size())};
+    flipInOrder(pVtx, star, FLAT_REFUSED);
+    flipStar(pVtx, star);
+    vertexStar.collect(pVtx);
+    const bool bFilled = fillHole(pVtx);
+    QUOR2D_ASSERT(bFilled, "the last three or four triangles are replaced");
+    static_cast<void>(bFilled);
 }
 
+// Larger stars are rare, about one in a hundred.
 bool Dt2::fillHole(const Point2* pVtx)
 {
-    switch (vertexStar.size()) {
-    case 3:
-        return fillHoleOf<3>(pVtx);
-    case 4:
-        return fillHoleOf<4>(pVtx);
-    case 5:
-        return fillHoleOf<5>(pVtx);
-    case 6:
-        return fillHoleOf<6>(pVtx);
-    case 7:
-        return fillHoleOf<7>(pVtx);
-    case 8:
-        return fillHoleOf<8>(pVtx);
-    case 9:
-        return fillHoleOf<9>(pVtx);
-    default:
-        return false; // one vertex in a hundred
-    }
+    constexpr bool (Dt2::*kFillHoleOf[])(const Point2*) = {
+        &Dt2::fillHoleOf<3>, &Dt2::fillHoleOf<4>, &Dt2::fillHoleOf<5>, &Dt2::fillHoleOf<6>,
+        &Dt2::fillHoleOf<7>, &Dt2::fillHoleOf<8>, &Dt2::fillHoleOf<9>};
+    const std::size_t beyondThree = vertexStar.size() - 3;
+    return beyondThree < std::size(kFillHoleOf) && (this->*kFillHoleOf[beyondThree])(pVtx);
 }
 
 // @return false if rounding led astray; then nothing has changed
@@ -107,20 +104,6 @@ bool Dt2::fillHoleOf(const Point2* pVtx)
     hole.forEachLeftOver([this](Triangle2* pT) { discardTriangle(pT); });
     hole.forEachViolation(predicates, [this](Triangle2* pT) { vSuspectEdges.push_back(HullEdge{pT, 0}); });
     return true;
-}
-
-// Any star, by edge flips until it is a triangle in three parts.
-void Dt2::flipAndFill(Point2* pVtx)
-{
-    fillRing(pVtx);
-    Star star{ring.triangleAfter(0), static_cast<int>(ring.size())};
-    flipInOrder(pVtx, star, FLAT_REFUSED);
-    flipStar(pVtx, star, FLAT_REFUSED);
-    if (star.degree > 3)
-        flipStuckStar(pVtx, star);
-    vertexStar.collect(pVtx);
-    QUOR2D_ASSERT(vertexStar.size() == 3, "vRemainingT.size()==3");
-    fillHoleOf<3>(pVtx);
 }
 
 void Dt2::fillRing(const Point2* pVtx)
@@ -165,7 +148,7 @@ void Dt2::removeAtHull(Point2* pVtx)
 // ---- circles
 
 // Where the vertex ended locked edges, circles beyond them reached across it to what they could not see, and now can.
-// Flips of the star leave the entries valid: they change what lies on the inner side only.
+// What replaces the star leaves the entries valid: it changes what lies on the inner side only.
 void Dt2::suspectBorderOfStar(const Point2* pVtx)
 {
     for (const VertexStar::Spoke& spoke : vertexStar)
@@ -173,9 +156,9 @@ void Dt2::suspectBorderOfStar(const Point2* pVtx)
             vSuspectEdges.push_back(HullEdge{pOuter, pOuter->getIntraTriangleIndex(spoke.pT)});
 }
 
-// Restores the empty circles by edge flips (Lawson 1977), level by level, beginning with the edges that the flips of
-// the star made. Around a vertex that ended no locked edge the border of the hole needs no look at first: no circle
-// outside has changed, and none of them contains a vertex that is left.
+// Restores the empty circles by edge flips (Lawson 1977), level by level, beginning with edges inside the hole: those
+// that flips made, or that are known to be wrong. Around a vertex that ended no locked edge the border of the hole
+// needs no look at first: no circle outside has changed, and none of them contains a vertex that is left.
 //
 // Takes the plain sign: with the rule for rectangles the two diagonals of a square would replace each other for ever.
 // Ends: every flip lowers the surface over the paraboloid that the mesh stands for, and there are finitely many.

@@ -12,28 +12,12 @@
 #include "core/TriangleLinks.h"
 
 #include <algorithm>
-#include <cmath>
-#include <cstdlib>
-#include <limits>
 
 namespace ZELK_QUOR2D
 {
 
 namespace
 {
-
-// Moving a vertex inside its star is tried this often, each time with so many positions. There may be none: in a
-// square of neighbouring doubles only the middle lies inside.
-constexpr int kMaxMoves = 8;
-constexpr int kMaxPositions = 32;
-
-// The offset formula wants 15 bits; rand() gives more on most systems.
-constexpr int kRandomRange = 32768;
-
-double randomOffset(double distance)
-{
-    return (std::rand() % kRandomRange) * 2.0 * distance / kRandomRange - distance;
-}
 
 Triangle2* nextAround(const Point2* pVtx, const Triangle2* pT)
 {
@@ -109,11 +93,15 @@ void Dt2::flipInOrder(Point2* pVtx, Star& star, FlatTriangles flatTriangles)
 // Takes corners away until three are left or none can go. Steps back after each flip: apart from the two corners next
 // to the one that went, whatever was refused before is refused still. So there are at most degree refusals and two
 // more for each flip.
-void Dt2::flipStar(Point2* pVtx, Star& star, FlatTriangles flatTriangles)
+//
+// Of more than three that refuse every flip there are four: every polygon has two corners, not side by side, whose ears
+// lie inside; such a corner is refused only when the vertex sees its two edges under 180 degrees or more; so two of
+// them use up all of the 360. The vertex lies on the diagonal between the other two corners.
+void Dt2::flipStar(Point2* pVtx, Star& star)
 {
     int numOpen = star.degree; // triangles from pT on whose corner has not been refused
     while (star.degree > 3 && numOpen > 0) {
-        if (Triangle2* const pLeft = takeCornerAway(pVtx, star.pT, flatTriangles)) {
+        if (Triangle2* const pLeft = takeCornerAway(pVtx, star.pT, FLAT_REFUSED)) {
             --star.degree;
             star.pT = pLeft;
             numOpen = std::min(std::max(numOpen, 2), star.degree);
@@ -132,58 +120,6 @@ void Dt2::flipFan(Point2* pVtx, Triangle2* pFirst)
         Triangle2* const pLeft = takeCornerAway(pVtx, pT, FLAT_ALLOWED);
         pT = pLeft ? pLeft : nextAround(pVtx, pT);
     }
-}
-
-// For a star of more than three triangles that refuses every flip. It has four of them: every polygon has two corners,
-// not side by side, whose ears lie inside; such a corner is refused only when the vertex sees its two edges under 180
-// degrees or more; so two of them use up all of the 360. The vertex lies on the diagonal between the other two corners,
-// as in one removal of five from a grid.
-//
-// Moving the vertex helps where there is a place. If not, flat triangles are allowed: one flip leaves the vertex on an
-// edge of a strictly counterclockwise triangle of corners.
-void Dt2::flipStuckStar(Point2* pVtx, Star& star)
-{
-    const Point2 saved(*pVtx);
-    for (int move = 0; star.degree > 3 && move < kMaxMoves && moveInsideStar(pVtx, star); ++move)
-        flipStar(pVtx, star, FLAT_REFUSED);
-    flipStar(pVtx, star, FLAT_ALLOWED);
-    QUOR2D_ASSERT(star.degree == 3, "vRemainingT.size()==3");
-    pVtx->coordX = saved.coordX;
-    pVtx->coordY = saved.coordY;
-}
-
-// Moves the vertex to a random place strictly inside its star, no farther in x and y than its nearest neighbour.
-// @return false when none was found
-bool Dt2::moveInsideStar(Point2* pVtx, const Star& star)
-{
-    double distance = std::numeric_limits<double>::infinity();
-    Triangle2* pT = star.pT;
-    for (int k = 0; k < star.degree; ++k, pT = nextAround(pVtx, pT)) {
-        const Point2& corner = *pT->getCorner(next(pT->getIntraTriangleIndex(pVtx)));
-        distance = std::min(distance, std::hypot(corner.x() - pVtx->x(), corner.y() - pVtx->y()));
-    }
-    for (int k = 0; k < kMaxPositions; ++k) {
-        const double x = pVtx->x() + randomOffset(distance);
-        const double y = pVtx->y() + randomOffset(distance);
-        const Point2 position(x, y);
-        if (position == *pVtx || !isStrictlyInsideStar(position, pVtx, star))
-            continue;
-        pVtx->coordX = x;
-        pVtx->coordY = y;
-        return true;
-    }
-    return false;
-}
-
-bool Dt2::isStrictlyInsideStar(const Point2& p, const Point2* pVtx, const Star& star)
-{
-    if (!std::isfinite(p.x()) || !std::isfinite(p.y()))
-        return false;
-    const Triangle2* pT = star.pT;
-    for (int k = 0; k < star.degree; ++k, pT = nextAround(pVtx, pT))
-        if (predicates.getOrientation2(pT, pT->getIntraTriangleIndex(pVtx), &p) != ORI2_POSITIVE)
-            return false;
-    return true;
 }
 
 } // namespace ZELK_QUOR2D

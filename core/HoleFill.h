@@ -2,6 +2,7 @@
 
 #include "Point2.h"
 #include "Triangle2.h"
+#include "core/StarRing.h"
 #include "core/TriangleLinks.h"
 #include "core/VertexStar.h"
 #include "predicates/PredicateTest.h"
@@ -128,7 +129,7 @@ private:
             cut(a);
             aKeys[a] = kNever;
             if (k < N - 5) {
-                computeCross(w, b);
+                aPlaces[w].cross = aPlaces[w].crossWith(aPlaces[b]);
                 computeKey(aPrev[w], w, b);
                 computeKey(w, b, aNext[b]);
             }
@@ -138,29 +139,22 @@ private:
 
     void computeKeys(const Point2& center)
     {
-        for (int k = 0; k < N; ++k) {
-            x[k] = aCorners[k]->x() - center.x();
-            y[k] = aCorners[k]->y() - center.y();
-            height[k] = x[k] * x[k] + y[k] * y[k];
-        }
         for (int k = 0; k < N; ++k)
-            computeCross(k, after(k));
+            aPlaces[k] = StarPlace(*aCorners[k], center);
+        for (int k = 0; k < N; ++k)
+            aPlaces[k].cross = aPlaces[k].crossWith(aPlaces[after(k)]);
         for (int k = 0; k < N; ++k)
             computeKey(before(k), k, after(k));
     }
 
-    void computeCross(int k, int kNext) { cross[k] = x[k] * y[kNext] - y[k] * x[kNext]; }
-
-    // The key is the power that StarRing computes, and never for what is no ear. But for rounding the power is not
-    // negative, so that its bits have its order; the lowest ones name the corner.
+    // The key is the power, and never for what is no ear. But for rounding the power is not negative, so that its bits
+    // have its order; the lowest ones name the corner.
     void computeKey(int w, int a, int b)
     {
-        const double crossBW = x[b] * y[w] - y[b] * x[w];
-        const double area = cross[a] + crossBW + cross[w];
-        const double power = (height[w] * cross[a] + height[a] * crossBW + height[b] * cross[w]) / area;
+        const EarPower ear(aPlaces[w], aPlaces[a], aPlaces[b]);
         std::int64_t bits;
-        std::memcpy(&bits, &power, sizeof(bits));
-        const std::int64_t mask = -static_cast<std::int64_t>(area > 0.0);
+        std::memcpy(&bits, &ear.power, sizeof(bits));
+        const std::int64_t mask = -static_cast<std::int64_t>(ear.area > 0.0);
         bits = (bits & mask & kSignless) | (kNever & ~mask);
         aKeys[a] = (bits & ~kIndexBits) | a;
     }
@@ -234,9 +228,7 @@ private:
     int numCut = 0;
     int oneLeft = 0; // a corner on the border
 
-    double x[N], y[N]; // relative to the vertex
-    double height[N];  // on the paraboloid
-    double cross[N];   // with the next corner
+    StarPlace aPlaces[N];
     std::int64_t aKeys[N];
 };
 

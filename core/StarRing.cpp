@@ -12,30 +12,25 @@ void StarRing::finish(bool bClosed)
     at(0).prev = bClosed ? last : kNone;
     at(last).next = bClosed ? 0 : kNone;
     for (int i = 0; i < last; ++i)
-        at(i).cross = at(i).x * at(i + 1).y - at(i).y * at(i + 1).x;
-    at(last).cross = bClosed ? at(last).x * at(0).y - at(last).y * at(0).x : 0.0;
+        at(i).place.cross = at(i).place.crossWith(at(i + 1).place);
+    at(last).place.cross = bClosed ? at(last).place.crossWith(at(0).place) : 0.0;
     for (int i = 0; i <= last; ++i)
         computePower(i);
 }
 
-// The height, over the vertex, of the plane through the three lifted corners of the ear: squared radius minus squared
-// distance to the centre. Whatever is not a number stays out, and is left to the caller.
+// Whatever is not a number stays out, and is left to the caller.
 void StarRing::computePower(int corner)
 {
     Corner& a = at(corner);
     a.power = kNever;
     if (a.prev == kNone || a.next == kNone)
         return;
-    const Corner& w = at(a.prev);
-    const Corner& b = at(a.next);
-    const double crossBW = b.x * w.y - b.y * w.x;
-    const double area = a.cross + crossBW + w.cross;
-    const double power = (w.height * a.cross + a.height * crossBW + b.height * w.cross) / area;
-    if (!(area > 0.0 && power < kNever))
+    const EarPower ear(at(a.prev).place, a.place, at(a.next).place);
+    if (!(ear.area > 0.0 && ear.power < kNever))
         return;
-    a.power = power;
+    a.power = ear.power;
     if (numCorners >= kHeapFrom) {
-        vHeap.emplace_back(power, corner);
+        vHeap.emplace_back(ear.power, corner);
         std::push_heap(vHeap.begin(), vHeap.end(), std::greater<HeapEntry>());
     }
 }
@@ -82,7 +77,7 @@ void StarRing::leave(int corner)
     Corner& b = at(next);
     w.next = next;
     b.prev = prev;
-    w.cross = w.x * b.y - w.y * b.x;
+    w.place.cross = w.place.crossWith(b.place);
     computePower(prev);
     computePower(next);
 }

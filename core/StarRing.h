@@ -10,6 +10,35 @@
 namespace ZELK_QUOR2D
 {
 
+/// A corner of a star relative to its vertex.
+struct StarPlace {
+    StarPlace() = default;
+    StarPlace(const Point2& corner, const Point2& center)
+        : x(corner.x() - center.x()), y(corner.y() - center.y()), height(x * x + y * y)
+    {
+    }
+
+    double crossWith(const StarPlace& p) const { return x * p.y - y * p.x; }
+
+    double x, y;
+    double height; // on the paraboloid
+    double cross;  // with the next corner
+};
+
+/// The ear of corner a between w and b: the power of the vertex, that is squared radius minus squared distance to the
+/// centre of the circle. It is the height over the vertex of the plane through the three lifted corners.
+struct EarPower {
+    EarPower(const StarPlace& w, const StarPlace& a, const StarPlace& b)
+    {
+        const double crossBW = b.crossWith(w);
+        area = a.cross + crossBW + w.cross;
+        power = (w.height * a.cross + a.height * crossBW + b.height * w.cross) / area;
+    }
+
+    double area; // twice; not positive for what is no ear
+    double power;
+};
+
 /// The corners around a vertex that is being removed, and the order in which they should leave its star.
 ///
 /// The order is the one in which they would leave if the vertex were lifted, more and more, off the paraboloid
@@ -40,10 +69,7 @@ public:
     {
         Corner& corner = vCorners[numCorners];
         const int index = static_cast<int>(numCorners++);
-        corner.x = pCorner->x() - pCenter->x();
-        corner.y = pCorner->y() - pCenter->y();
-        corner.height = corner.x * corner.x + corner.y * corner.y;
-        corner.cross = 0.0;
+        corner.place = StarPlace(*pCorner, *pCenter);
         corner.prev = index - 1;
         corner.next = index + 1;
         corner.pT = pT;
@@ -63,11 +89,8 @@ public:
 
 private:
     struct Corner {
-        double x; // relative to the vertex
-        double y;
-        double height; // on the paraboloid
-        double cross;  // with the next corner
-        double power;  // infinite for a corner that should not leave
+        StarPlace place;
+        double power; // infinite for a corner that should not leave
         int prev;
         int next;
         Triangle2* pT;

@@ -6,7 +6,7 @@
 namespace ZELK_QUOR2D
 {
 
-// The compiler makes no jumps of sums of comparisons; of conditional expressions it may.
+// Sums of comparisons, since GCC makes jumps of conditional expressions.
 
 /// The index of a corner or neighbour, which the triangle must have, without a jump. Faster than
 /// Triangle2::getIntraTriangleIndex() where the record is at hand; slower where it has to come from memory, since
